@@ -1,0 +1,12 @@
+// Default emsg: one line to standard error. Alone in its file, so that an application's own
+// displaces it. SPDX-License-Identifier: MIT
+#include "platform/stderr_line.h"
+
+#include "cf.h"
+
+__attribute__((weak)) void emsg(const char *fmt, ...) {
+  va_list args;
+  va_start(args, fmt);
+  cf::stderr_line(fmt, args);
+  va_end(args);
+}

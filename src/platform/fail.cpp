@@ -1,0 +1,11 @@
+// Default fail: message, then abort. Alone in its file, so that an application's own displaces it.
+// SPDX-License-Identifier: MIT
+#include "cf.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+__attribute__((weak)) void fail(const char *msg) {
+  std::fprintf(stderr, "%s\n", msg);
+  std::abort();
+}
