@@ -1,0 +1,107 @@
+// Evaluation: setting and dropping the value of a parameter, through references too.
+// SPDX-License-Identifier: MIT
+#include "node/link.h"
+#include "value/buffer.h"
+
+#include <cassert>
+#include <cstring>
+
+using namespace cf;
+
+namespace {
+
+/// One try to evaluate into new storage. Unless it is accepted the parameter is afterwards as it
+/// was before, also if the evaluator wrote over the value buffer or left by an exception.
+class attempt {
+public:
+  attempt(cfparam *subject, size_t size)
+      : par(subject), overwrites(par->vval == value_buffer(par)),
+        storage(size <= value_buffer_size ? value_buffer(par) : allocate(size)) {
+    if (overwrites)
+      std::memcpy(vvalcache, value_buffer(par), value_buffer_size);
+  }
+  ~attempt() {
+    if (accepted)
+      return;
+    if (overwrites)
+      std::memcpy(value_buffer(par), vvalcache, value_buffer_size);
+    if (storage != value_buffer(par))
+      release_quietly(storage);
+  }
+  attempt(const attempt &) = delete;
+  attempt &operator=(const attempt &) = delete;
+
+  bool run(cfeval_t eval) {
+    if (eval(par->val, storage) < 0)
+      return false;
+    accepted = true;
+    return true;
+  }
+  const void *value() const { return storage; }
+
+private:
+  cfparam *par;
+  bool overwrites; // the former value lies in the value buffer
+  void *storage;
+  bool accepted = false;
+  unsigned char vvalcache[value_buffer_size] = {};
+};
+
+/// Gives a plain parameter its new value; the former one is released only now.
+void setvalue(cfparam *par, cfeval_t eval, const void *vval) {
+  void *former = owns_value(par) ? const_cast<void *>(par->vval) : nullptr;
+  par->eval = eval;
+  par->vval = vval;
+  if (former)
+    release(former);
+}
+
+/// Evaluates a plain parameter.
+bool evaluate(cfparam *par, cfeval_t eval) {
+  if (par->eval == eval)
+    return true;
+  int size = eval(nullptr, nullptr);
+  if (size < 0)
+    size = eval(par->val, nullptr);
+  if (size < 0)
+    return false;
+  if (size == 0) {
+    setvalue(par, eval, par->val);
+    return true;
+  }
+  attempt trial(par, static_cast<size_t>(size));
+  if (!trial.run(eval))
+    return false;
+  setvalue(par, eval, trial.value());
+  return true;
+}
+
+/// The plain parameter at the end of a chain of references.
+cfparam *target(cfparam *par) {
+  while (par->link.ref)
+    par = aspar(par->link.ref);
+  return par;
+}
+
+} // namespace
+
+int cfevalpar(cfparam *par, cfeval_t eval) {
+  assert(eval);
+  const cfparam *plain = target(par);
+  if (!evaluate(target(par), eval))
+    return 0;
+  for (; par != plain; par = aspar(par->link.ref)) {
+    par->eval = plain->eval;
+    par->vval = plain->vval;
+  }
+  return 1;
+}
+
+cfparam *cfunevalpar(cfparam *par) {
+  for (cfparam *it = par; it->link.ref; it = aspar(it->link.ref)) {
+    it->vval = nullptr;
+    it->eval = nullptr;
+  }
+  drop_value(target(par));
+  return par;
+}
