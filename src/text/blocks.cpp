@@ -1,0 +1,63 @@
+// Blocks: what binds remarks to the element on the next line.
+// SPDX-License-Identifier: MIT
+#include "text/blocks.h"
+
+#include "node/link.h"
+#include "node/make.h"
+
+namespace cf {
+namespace {
+
+long nextrow(long row) { return static_cast<long>(static_cast<unsigned long>(row) + 1); }
+
+/// Puts `block` in the place of `elem`, with `run` and then `elem` in it.
+void bind(cfgroup *block, cfgroup *run, cfnode *elem) {
+  movelast(block, &run->link);
+  movebefore(elem, &block->link);
+  movelast(block, elem);
+}
+
+/// Gathers the run that begins with the remark `first` and binds it to what stands on the line
+/// behind it. Gives the node at which the walk goes on; what was made here lies behind it.
+cfnode *gather(cfnode *first) {
+  long row = asrem(first)->row;
+  cfgroup *run = makegrp({}, {}, cf_grprem, row);
+  movebefore(first, &run->link);
+  cfnode *it = first;
+  while (it->type == cf_remark && asrem(it)->row == row) {
+    row = nextrow(row);
+    movelast(run, it);
+    it = run->link.next; // what followed the remark follows the run now
+  }
+  if (it->type == cf_group && asgrp(it)->row == row) {
+    cfgroup *grp = asgrp(it);
+    bind(makegrp(grp->cat, grp->name, cf_grpgrp, row), run, it);
+    return grp->elem.next;
+  }
+  if (it->type == cf_param && aspar(it)->row == row) {
+    cfgroup *block = makegrp({}, aspar(it)->key, cf_grppar, row);
+    bind(block, run, it);
+    return block->link.next;
+  }
+  return it;
+}
+
+} // namespace
+
+void makeblocks(cfgroup *top) {
+  cfnode *it = top->elem.next;
+  for (;;) {
+    switch (it->type) {
+    case cf_anchor:
+      if (it->group == top || it->group->type == cf_grptop)
+        return;
+      it = it->group->link.next;
+      break;
+    case cf_group: it = asgrp(it)->elem.next; break;
+    case cf_remark: it = gather(it); break;
+    case cf_param: it = it->next; break;
+    }
+  }
+}
+
+} // namespace cf

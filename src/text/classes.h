@@ -1,0 +1,48 @@
+// Character classes: ASCII from a table, other bytes asked of the locale.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cctype>
+
+namespace cf {
+
+enum charclass : unsigned char {
+  in_space = 1,  // white space
+  in_letter = 2, // letter
+  in_word = 4,   // letter, digit or underscore
+  in_locale = 8  // 0x80 and above: as the locale says
+};
+
+inline constexpr std::array<unsigned char, 256> char_classes = [] {
+  std::array<unsigned char, 256> classes{};
+  for (unsigned c = 0; c < 256; ++c) {
+    const bool letter = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+    const bool digit = c >= '0' && c <= '9';
+    const bool space = c == ' ' || (c >= '\t' && c <= '\r');
+    classes[c] = static_cast<unsigned char>((space ? in_space : 0) | (letter ? in_letter : 0) |
+                                            (letter || digit || c == '_' ? in_word : 0) |
+                                            (c >= 0x80 ? in_locale : 0));
+  }
+  return classes;
+}();
+
+inline bool isspacechar(char ch) {
+  const auto c = static_cast<unsigned char>(ch);
+  return char_classes[c] & (in_space | in_locale) &&
+         (char_classes[c] & in_space || std::isspace(c) != 0);
+}
+
+inline bool isletter(char ch) {
+  const auto c = static_cast<unsigned char>(ch);
+  return char_classes[c] & (in_letter | in_locale) &&
+         (char_classes[c] & in_letter || std::isalpha(c) != 0);
+}
+
+inline bool iswordchar(char ch) {
+  const auto c = static_cast<unsigned char>(ch);
+  return char_classes[c] & (in_word | in_locale) &&
+         (char_classes[c] & in_word || std::isalnum(c) != 0);
+}
+
+} // namespace cf

@@ -1,0 +1,56 @@
+// Writer: texts gathered in a buffer on their way to a stream.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+
+namespace cf {
+
+/// Gathers what is put and writes it in few large pieces. After a failed write nothing more is
+/// tried. What is put is not written before flush().
+class writer {
+public:
+  explicit writer(std::FILE *stream) : fd(stream) {}
+
+  void put(std::string_view text) {
+    if (text.size() > sizeof buf - used) {
+      flush();
+      if (text.size() > sizeof buf)
+        return write(text);
+    }
+    std::memcpy(buf + used, text.data(), text.size());
+    used += text.size();
+  }
+
+  void blanks(size_t count) {
+    static constexpr std::string_view run = "                                "
+                                            "                                ";
+    for (; count > run.size(); count -= run.size())
+      put(run);
+    put(run.substr(0, count));
+  }
+
+  bool flush() {
+    write({buf, used});
+    used = 0;
+    return good;
+  }
+
+  bool ok() const { return good; }
+
+private:
+  std::FILE *fd;
+  bool good = true;
+  size_t used = 0;
+  char buf[4096];
+
+  void write(std::string_view text) {
+    if (good && !text.empty())
+      good = std::fwrite(text.data(), 1, text.size(), fd) == text.size();
+  }
+};
+
+} // namespace cf
