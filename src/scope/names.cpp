@@ -1,0 +1,63 @@
+// Scope strings during a check: kept along the walk, or asked of the application's function.
+// SPDX-License-Identifier: MIT
+#include "scope/names.h"
+
+namespace cf {
+
+const char *asked_names::ask(cfnode *nd) {
+  // Cleared, so that a function that writes less than it announced still leaves a text.
+  const size_t size = size_t{genscope(nullptr, nd)} + 1;
+  char *text = buf.reserve(size, 0);
+  std::memset(text, 0, size);
+  genscope(text, nd);
+  return text;
+}
+
+kept_names::kept_names(const cfparser *parser) {
+  const cfgroup *above = parser->top->link.group;
+  end = _grpscope(nullptr, above);
+  _grpscope(buf.reserve(end + 1, 0), above);
+}
+
+/// Writes `text` and `mark` with a terminator at `at`. Gives the place of the terminator.
+size_t kept_names::put(size_t at, const char *text, const char *mark) {
+  const size_t texts = std::strlen(text);
+  const size_t marks = std::strlen(mark);
+  char *to = buf.reserve(at + texts + marks + 1, at) + at;
+  std::memcpy(to, text, texts);
+  std::memcpy(to + texts, mark, marks + 1);
+  return at + texts + marks;
+}
+
+void kept_names::enter(const cfgroup *grp) {
+  if (grp->type == cf_grpinst && !*grp->cat) {
+    end = put(end, grp->name, ".");
+  } else if (grp->type == cf_grpinst || grp->type == cf_grptop) {
+    std::memcpy(buf.reserve(end + sizeof begin, end) + end, &begin, sizeof begin);
+    begin = end + sizeof begin;
+    end = put(begin, grp->type == cf_grpinst ? grp->cat : "", "::");
+  }
+}
+
+void kept_names::leave(const cfgroup *grp) {
+  if (grp->type == cf_grpinst && !*grp->cat) {
+    end -= std::strlen(grp->name) + 1;
+  } else if (grp->type == cf_grpinst || grp->type == cf_grptop) {
+    end = begin - sizeof begin;
+    std::memcpy(&begin, buf.text() + end, sizeof begin);
+  }
+}
+
+const char *kept_names::of(const cfparam *par) {
+  put(end, par->key, "");
+  return buf.text() + begin;
+}
+
+const char *kept_names::of(const cfgroup *grp) {
+  const size_t at = put(end, grp->name, ".");
+  if (*grp->cat)
+    put(at, grp->cat, "::");
+  return buf.text() + begin;
+}
+
+} // namespace cf

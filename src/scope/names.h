@@ -1,0 +1,49 @@
+// Scope strings during a check: kept along the walk, or asked of the application's function.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "node/link.h"
+#include "scope/scope.h"
+#include "scope/textbuf.h"
+
+namespace cf {
+
+/// Asks a genscope slot for each scope string, by its two calls.
+class asked_names {
+public:
+  explicit asked_names(const cfparser *parser) : genscope(parser->genscope) {}
+  void enter(const cfgroup *) {}
+  void leave(const cfgroup *) {}
+  const char *of(cfparam *par) { return ask(&par->link); }
+  const char *of(cfgroup *grp) { return ask(&grp->link); }
+
+private:
+  unsigned int (*genscope)(char *, cfnode *);
+  textbuf buf;
+
+  const char *ask(cfnode *nd);
+};
+
+/// Keeps the prefix of the group that the walk is in, as the default genscope would make it, so
+/// that a name costs its own part only: made anew for each element, from the root and twice, the
+/// strings are most of a check, and their cost grows with the nesting.
+///
+/// The buffer is a stack of prefixes, outermost first. Below a group without category the prefix is
+/// prolonged; a category or a top group begins a new one, behind the place where the former begins.
+class kept_names {
+public:
+  explicit kept_names(const cfparser *parser);
+  void enter(const cfgroup *grp);
+  void leave(const cfgroup *grp); ///< to be called before of() for the group itself
+  const char *of(const cfparam *par);
+  const char *of(const cfgroup *grp);
+
+private:
+  textbuf buf;
+  size_t begin = 0; // of the prefix
+  size_t end = 0;   // of the prefix, where names are written
+
+  size_t put(size_t at, const char *text, const char *mark);
+};
+
+} // namespace cf

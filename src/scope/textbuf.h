@@ -1,0 +1,47 @@
+// Transient text: on the stack while it fits, else in one block of the memory manager.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "node/memory.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace cf {
+
+class textbuf {
+public:
+  textbuf() = default;
+  textbuf(const textbuf &) = delete;
+  textbuf &operator=(const textbuf &) = delete;
+  ~textbuf() {
+    if (data != fixed)
+      release_quietly(data);
+  }
+
+  /// Makes room for `size` bytes and keeps the first `kept`. Gives the text.
+  char *reserve(size_t size, size_t kept) {
+    if (size > room)
+      grow(size, kept);
+    return data;
+  }
+  char *text() { return data; }
+
+private:
+  size_t room = sizeof fixed;
+  char *data = fixed;
+  char fixed[1024];
+
+  void grow(size_t size, size_t kept) {
+    size = std::max(size, 2 * room);
+    char *larger = static_cast<char *>(allocate(size));
+    std::memcpy(larger, data, kept);
+    char *former = data;
+    data = larger;
+    room = size;
+    if (former != fixed)
+      release(former);
+  }
+};
+
+} // namespace cf
