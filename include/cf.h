@@ -387,13 +387,13 @@ CF_API const char *cfvstr(const cfparam *par);
  * A file is lines of at most 4095 bytes with their line end, each of one kind (W: white space or
  * none):
  *
- * | kind        | form                                     | becomes                               |
- * |-------------|------------------------------------------|---------------------------------------|
- * | empty       | `W`                                      | nothing                               |
- * | remark      | `W # anything`                           | ::cfremark, less one blank behind #   |
- * | group begin | `W name W { W` or `W cat W name W { W`   | ::cfgroup of kind ::cf_grpinst        |
- * | group end   | `W } W`                                  | end of the innermost open group       |
- * | parameter   | `W key W = anything`                     | ::cfparam, less white space around it |
+ * | kind        | form                                   | becomes                               |
+ * |-------------|----------------------------------------|---------------------------------------|
+ * | empty       | `W`                                    | nothing                               |
+ * | remark      | `W # anything`                         | ::cfremark, less one blank behind #   |
+ * | group begin | `W name W { W` or `W cat W name W { W` | ::cfgroup of kind ::cf_grpinst        |
+ * | group end   | `W } W`                                | end of the innermost open group       |
+ * | parameter   | `W key W = anything`                   | ::cfparam, less white space around it |
  *
  * `cat`, `name` and `key` are identifiers: a letter, then letters, digits and underscores. A zero
  * byte hides the rest of its line. Bytes of 0x80 and above are asked of the locale; in the C locale
