@@ -27,22 +27,24 @@ inline constexpr std::array<unsigned char, 256> char_classes = [] {
   return classes;
 }();
 
-inline bool isspacechar(char ch) {
+/// True if `ch` is of class `wanted`; `ask` tells for bytes that are the locale's.
+template <class Ask> bool isin(charclass wanted, char ch, Ask ask) {
   const auto c = static_cast<unsigned char>(ch);
-  return char_classes[c] & (in_space | in_locale) &&
-         (char_classes[c] & in_space || std::isspace(c) != 0);
+  if (char_classes[c] & wanted)
+    return true;
+  return char_classes[c] & in_locale && ask(c);
+}
+
+inline bool isspacechar(char ch) {
+  return isin(in_space, ch, [](int c) { return std::isspace(c) != 0; });
 }
 
 inline bool isletter(char ch) {
-  const auto c = static_cast<unsigned char>(ch);
-  return char_classes[c] & (in_letter | in_locale) &&
-         (char_classes[c] & in_letter || std::isalpha(c) != 0);
+  return isin(in_letter, ch, [](int c) { return std::isalpha(c) != 0; });
 }
 
 inline bool iswordchar(char ch) {
-  const auto c = static_cast<unsigned char>(ch);
-  return char_classes[c] & (in_word | in_locale) &&
-         (char_classes[c] & in_word || std::isalnum(c) != 0);
+  return isin(in_word, ch, [](int c) { return std::isalnum(c) != 0; });
 }
 
 } // namespace cf

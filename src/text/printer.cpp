@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "node/fill.h"
 #include "node/walk.h"
-#include "text/lines.h"
+#include "text/format.h"
 
 using namespace cf;
 

@@ -1,160 +1,89 @@
 // Reader: a stream, line by line, into a tree.
 // SPDX-License-Identifier: MIT
-#include "node/link.h"
 #include "node/make.h"
 #include "text/blocks.h"
+#include "text/input.h"
+#include "text/lexer.h"
 #include "text/line.h"
-
-#include <cstdio>
+#include "text/nesting.h"
 
 using namespace cf;
 
 namespace {
 
-constexpr int line_size = 4096; // of the line buffer: 4095 bytes and a terminator
+/// Handles a line as the slots say, asked in the order of the kinds.
+struct slot_reading {
+  using input = line_input;
 
-class reader {
+  static void read(cflexer *lex, nesting &tree) {
+    if (lex->isempty(lex))
+      return;
+    if (lex->isremark(lex))
+      return take(lex->scanrem(lex), tree);
+    if (lex->isgrpbeg(lex)) {
+      if (!tree.attop() && lex->isgrpend(lex))
+        tree.leave(); // the line ends one group and begins its next sibling
+      return take(lex->scangrp(lex), tree);
+    }
+    if (lex->isgrpend(lex))
+      return tree.end();
+    if (lex->isparam(lex))
+      return take(lex->scanpar(lex), tree);
+    tree.syntaxerror();
+  }
+
+  /// Takes what a scanner gave: it should be new and not NULL, but nothing breaks if it is not.
+  template <class Element> static void take(Element *elem, nesting &tree) {
+    if (!elem)
+      return tree.syntaxerror();
+    takeout(&elem->link);
+    tree.put(elem);
+  }
+};
+
+/// Handles a line as the default slots would, if none was replaced: one look at it tells what five
+/// classifiers would, and where the scanners would cut.
+class plain_reading {
 public:
-  reader(cflexer *lexer, bool defaults) : lex(lexer), grp(lexer->top), plain(defaults) {}
+  using input = block_input;
 
-  void read() {
-    while (nextline())
-      if (plain)
-        addline();
-      else
-        askslots();
-    end();
+  static void read(cflexer *lex, nesting &tree) { look(lex->row, plain_reading(tree, lex->nrow)); }
+
+  void none() { tree.syntaxerror(); }
+  void empty() {}
+  void remark(const char *mark) { tree.put(makerem(cutremark(mark), nrow)); }
+  void grpbeg(std::string_view cat, std::string_view name) {
+    tree.put(makegrp(cat, name, cf_grpinst, nrow));
+  }
+  void grpend() { tree.end(); }
+  void param(std::string_view key, const char *mark) {
+    tree.put(makepar(key, cutvalue(mark), nrow));
   }
 
 private:
-  cflexer *lex;
-  cfgroup *grp; // the group that is open
-  bool plain;   // no slot was replaced: one look at a line tells what five classifiers would
-  char buf[line_size];
+  plain_reading(nesting &reached, long row) : tree(reached), nrow(row) {}
 
-  bool attop() const { return grp->type == cf_grptop || !grp->link.group; }
-  void leave() { grp = grp->link.group; }
-
-  bool nextline();
-  bool overflows() const;
-  void drain() const;
-  void addline();
-  void askslots();
-  void begingroup();
-  void endgroup();
-  void enter(cfgroup *group);
-  void add(cfnode *elem);
-  void syntaxerror();
-  void end();
+  nesting &tree;
+  long nrow;
 };
 
-/// Reads the next line that fits the buffer; false at the end of the stream.
-bool reader::nextline() {
+template <class Reading> void read(cflexer *lex) {
+  nesting tree(lex);
+  typename Reading::input in(lex->fd);
   for (;;) {
     ++lex->nrow;
-    buf[line_size - 1] = 1; // fgets() writes here only if it fills the buffer
-    if (!std::fgets(buf, line_size, lex->fd))
-      return false;
-    lex->row = buf;
-    if (!overflows())
-      return true;
-    emsg("%s:%ld: line overflow", lex->fname, lex->nrow);
-    lex->valid = 0;
-    drain();
+    const fetched got = in.next();
+    if (got == fetched::end)
+      break;
+    lex->row = in.row();
+    if (got == fetched::overflow) {
+      tree.overflow();
+      in.drain();
+    } else {
+      Reading::read(lex, tree);
+    }
   }
-}
-
-bool reader::overflows() const {
-  return buf[line_size - 1] == '\0' && buf[line_size - 2] != '\n' && !std::feof(lex->fd);
-}
-
-/// Reads on to the end of the line.
-void reader::drain() const {
-  int c = 0;
-  do
-    c = std::fgetc(lex->fd);
-  while (c >= 0 && c != '\n');
-}
-
-/// Handles a line as the default slots would.
-void reader::addline() {
-  const line it = look(lex->row);
-  switch (it.kind) {
-  case linekind::empty: return;
-  case linekind::remark: return putlast(grp, &makerem(cutremark(it.mark), lex->nrow)->link);
-  case linekind::grpbeg: return enter(makegrp(it.cat, it.word, cf_grpinst, lex->nrow));
-  case linekind::grpend: return endgroup();
-  case linekind::param: return putlast(grp, &makepar(it.word, cutvalue(it.mark), lex->nrow)->link);
-  case linekind::none: return syntaxerror();
-  }
-}
-
-/// Handles a line as the slots say, asked in the order of the kinds.
-void reader::askslots() {
-  if (lex->isempty(lex))
-    return;
-  if (lex->isremark(lex)) {
-    cfremark *rem = lex->scanrem(lex);
-    return add(rem ? &rem->link : nullptr);
-  }
-  if (lex->isgrpbeg(lex))
-    return begingroup();
-  if (lex->isgrpend(lex))
-    return endgroup();
-  if (lex->isparam(lex)) {
-    cfparam *par = lex->scanpar(lex);
-    return add(par ? &par->link : nullptr);
-  }
-  syntaxerror();
-}
-
-/// A line that begins a group may also end the one that is open.
-void reader::begingroup() {
-  if (!attop() && lex->isgrpend(lex))
-    leave();
-  if (cfgroup *group = lex->scangrp(lex))
-    enter(group);
-  else
-    syntaxerror();
-}
-
-void reader::enter(cfgroup *group) {
-  movelast(grp, &group->link);
-  grp = group;
-}
-
-void reader::endgroup() {
-  if (!attop())
-    return leave();
-  emsg("%s:%ld: group end without begin", lex->fname, lex->nrow);
-  lex->valid = 0;
-}
-
-/// Adds what a scanner gave.
-void reader::add(cfnode *elem) {
-  if (elem)
-    movelast(grp, elem);
-  else
-    syntaxerror();
-}
-
-void reader::syntaxerror() {
-  emsg("%s:%ld: syntax error", lex->fname, lex->nrow);
-  lex->valid = 0;
-}
-
-void reader::end() {
-  lex->row = nullptr;
-  if (!attop() && lex->isgrpend(lex))
-    leave();
-  if (!attop()) {
-    emsg("%s:%ld: group begin without end", lex->fname, grp->row);
-    lex->valid = 0;
-  }
-  if (std::ferror(lex->fd)) {
-    emsg("%s:%ld: read error", lex->fname, lex->nrow);
-    lex->valid = 0;
-  }
+  tree.finish();
 }
 
 } // namespace
@@ -168,7 +97,10 @@ int cflex(cflexer *lex, FILE *fd, const char *fname) {
   lex->fname = fname;
   lex->row = nullptr;
   lex->nrow = 0;
-  reader(lex, isdefault(lex)).read();
+  if (isdefault(lex))
+    read<plain_reading>(lex);
+  else
+    read<slot_reading>(lex);
   if (lex->valid)
     makeblocks(lex->top);
   return static_cast<signed char>(lex->valid);

@@ -1,4 +1,4 @@
-// Lines: how each kind of line is written.
+// Format: how each kind of line is written.
 // SPDX-License-Identifier: MIT
 #pragma once
 

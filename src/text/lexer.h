@@ -1,0 +1,12 @@
+// Lexer: the default slots of the reader's record.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "cf.h"
+
+namespace cf {
+
+/// True if no slot of the record was replaced.
+bool isdefault(const cflexer *lex);
+
+} // namespace cf
