@@ -38,6 +38,7 @@ fetched block_input::next() {
   begin = after;
   char *last = newline();
   const auto length = static_cast<size_t>((last ? last : end) - begin);
+  ended = last;
   after = last ? last + 1 : end;
   held = *after;
   *after = '\0';
@@ -52,7 +53,7 @@ fetched block_input::next() {
 }
 
 void block_input::drain() {
-  while (after[-1] != '\n') { // the line goes on behind what was read
+  while (!ended) { // the line goes on behind what was read
     begin = end;
     const bool came = refill();
     after = begin;
@@ -60,6 +61,7 @@ void block_input::drain() {
     if (!came)
       return;
     auto *last = static_cast<char *>(std::memchr(begin, '\n', static_cast<size_t>(end - begin)));
+    ended = last;
     after = last ? last + 1 : end;
     held = *after;
   }

@@ -53,9 +53,10 @@ private:
   static constexpr size_t block = 16384;
 
   std::FILE *fd;
-  bool failed;      // a failure from before is not ours
-  bool more = true; // the stream may have more
-  char held = '\0'; // the byte behind the line, where its terminator stands
+  bool failed;        // a failure from before is not ours
+  bool more = true;   // the stream may have more
+  bool ended = false; // the line has its line end
+  char held = '\0';   // the byte behind the line, where its terminator stands
   char buf[block + 1];
   char *begin = buf; // of the line
   char *after = buf; // behind the line
