@@ -637,7 +637,8 @@ CF_API cfparam *cfcataddpar(cfgroup *gc, cfparam *elem);
  * @param cnd reference, level or tree element. If it is in no list, `nd` ends in no list too.
  * @param nd of the same kind as a `cnd` that is a reference. It leaves the list that it is in. If
  *     it is the target already, references and catalogs are brought up to date and nothing is
- *     deleted.
+ *     deleted: so the call is repeated should the manager have left by an exception, for that
+ *     leaves `nd` in place, but not all below it filed.
  * @return `cnd` if it is a reference, else `nd`. NULL if the kinds differ, and then nothing is
  *     changed. Pointers to what was below a reference are dead. */
 CF_API cfnode *cfcatxcgnd(cfnode *cnd, cfnode *nd);

@@ -3,6 +3,7 @@
 #include "catalog/filing.h"
 
 #include "node/make.h"
+#include "node/remove.h"
 #include "node/walk.h"
 
 #include <memory>
@@ -56,7 +57,7 @@ struct filer {
 };
 
 struct deleter {
-  void operator()(cfgroup *grp) const { cfdelgrp(grp); }
+  void operator()(cfgroup *grp) const { removal().of(&grp->link); }
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 // the way. SPDX-License-Identifier: MIT
 #include "catalog/filing.h"
 #include "catalog/owner.h"
+#include "node/remove.h"
 #include "node/text.h"
 
 using namespace cf;
@@ -59,19 +60,20 @@ cfnode *cfcatxcgnd(cfnode *cnd, cfnode *nd) {
 
   // The references turn before the old element goes, and what was filed goes before anything is
   // made: no exception on the way leaves a reference to what is gone.
+  removal gone;
   if (lowest)
     lowest->ref = nd;
   for (cfnode *ref = cnd; lowest && ref != nd; ref = ref->ref)
     show(ref, nd);
   if (old != nd)
-    cfdelnd(cfxcgnd(old, nd));
-  if (!lowest)
-    return nd;
-  if (cnd->type == cf_group) {
-    upward(lowest, cnd, [](cfgroup *ref) { cfclrgrp(ref); });
+    gone.of(cfxcgnd(old, nd));
+  const bool files = lowest && cnd->type == cf_group;
+  if (files)
+    upward(lowest, cnd, [&](cfgroup *ref) { gone.below(ref); });
+  gone.finish();
+  if (files)
     upward(lowest, cnd, [](cfgroup *ref) { _cfcatelem(ref, asgrp(ref->link.ref)); });
-  }
-  return cnd;
+  return lowest ? cnd : nd;
 }
 
 cfgroup *cfcatsetgrp(cfgroup *gc, cfgroup *elem) {

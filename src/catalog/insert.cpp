@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalog/filing.h"
 #include "catalog/owner.h"
+#include "node/remove.h"
 #include "node/walk.h"
 
 using namespace cf;
@@ -18,7 +19,7 @@ public:
   staging &operator=(const staging &) = delete;
   ~staging() {
     while (!isanchor(ring.prev))
-      cfdelnd(ring.prev);
+      removal().of(ring.prev);
   }
 
   void add(cfgroup *level, cfnode *nd) {

@@ -1,5 +1,6 @@
 // Catalog deletion: elements with their references and the blocks that bound remarks to them.
 // SPDX-License-Identifier: MIT
+#include "node/remove.h"
 #include "node/link.h"
 
 using namespace cf;
@@ -20,30 +21,19 @@ public:
   }
   collector(const collector &) = delete;
   collector &operator=(const collector &) = delete;
-  ~collector() {
-    while (!isanchor(dlst.prev))
-      deletelast();
-  }
-
   void _cfcatdelnd(cfnode *cnd);
 
   /// Deletes all that was collected, last first.
   void finish() {
+    removal gone;
     while (!isanchor(dlst.prev))
-      cfdelnd(dlst.prev);
+      gone.of(dlst.prev);
+    gone.finish();
   }
 
 private:
   cfnode dlst;
   const cfgroup *spared;
-
-  void deletelast() noexcept {
-    try {
-      cfdelnd(dlst.prev);
-    } catch (
-        ...) { // NOLINT(bugprone-empty-catch): the node has left the ring, its block is released
-    }
-  }
 
   static bool isdying(const cfgroup *grp) { return grp->elem.ref; }
   bool isspared(const cfgroup *grp) const;

@@ -1,6 +1,7 @@
 // Copies: an element with all it holds; a reference together with its target.
 // SPDX-License-Identifier: MIT
 #include "node/make.h"
+#include "node/remove.h"
 #include "node/walk.h"
 
 #include <memory>
@@ -9,7 +10,7 @@ using namespace cf;
 
 namespace {
 
-void discard(cfnode *copy);
+void discard(cfnode *copy) noexcept;
 
 /// Deletes the copied targets behind the references of a copy; they are in no list.
 struct target_deleter {
@@ -24,13 +25,13 @@ struct target_deleter {
 };
 
 /// Deletes a copy that could not be finished.
-void discard(cfnode *copy) {
+void discard(cfnode *copy) noexcept {
   target_deleter targets;
   if (cfgroup *grp = ifgrp(copy))
     walk(grp, targets);
   else
     targets.leaf(copy);
-  cfdelnd(copy);
+  removal().of(copy);
 }
 
 /// A copy in the making: an exception on the way leaves nothing of it.

@@ -1,35 +1,44 @@
 // Deletion: elements with all they own, last child first, children before their group.
 // SPDX-License-Identifier: MIT
+#include "node/remove.h"
+
 #include "node/link.h"
 #include "node/memory.h"
 #include "value/buffer.h"
 
-using namespace cf;
+namespace cf {
 
-namespace {
+void removal::release(void *block) noexcept {
+  try {
+    cf::release(block);
+  } catch (...) {
+    if (!thrown)
+      thrown = std::current_exception();
+  }
+}
 
 /// Releases a leaf that is still linked, or a group that holds nothing any more. It leaves its list
 /// before its block goes, so that what remains is a whole tree at every step.
-void removeone(cfnode *nd) {
+void removal::one(cfnode *nd) noexcept {
+  takeout(nd);
   // A reference's value is its target's.
   if (nd->type == cf_param && !nd->ref && owns_value(aspar(nd)))
-    drop_value(aspar(nd));
-  takeout(nd);
+    release(const_cast<void *>(aspar(nd)->vval));
   release(nd);
 }
 
-/// Removes all below `top`: goes down to the last leaf, removes, and climbs out of what ran empty.
-void removebelow(cfgroup *top) {
+/// Goes down to the last leaf, removes it, and climbs out of what ran empty.
+void removal::below(cfgroup *top) noexcept {
   cfgroup *grp = top;
   for (;;) {
     cfnode *last = grp->elem.prev;
     if (last->type == cf_group) {
       grp = asgrp(last);
     } else if (!isanchor(last)) {
-      removeone(last);
+      one(last);
     } else if (grp != top) {
       cfgroup *up = grp->link.group;
-      removeone(&grp->link);
+      one(&grp->link);
       grp = up;
     } else {
       return;
@@ -37,14 +46,22 @@ void removebelow(cfgroup *top) {
   }
 }
 
-} // namespace
+void removal::of(cfnode *nd) noexcept {
+  if (nd->type == cf_group)
+    below(asgrp(nd));
+  one(nd);
+}
+
+} // namespace cf
+
+using namespace cf;
 
 void cfdelnd(cfnode *nd) {
   if (!nd || isanchor(nd))
     return;
-  if (nd->type == cf_group)
-    removebelow(asgrp(nd));
-  removeone(nd);
+  removal gone;
+  gone.of(nd);
+  gone.finish();
 }
 
 void cfdelgrp(cfgroup *elem) { cfdelnd(elem ? &elem->link : nullptr); }
@@ -52,7 +69,10 @@ void cfdelrem(cfremark *elem) { cfdelnd(elem ? &elem->link : nullptr); }
 void cfdelpar(cfparam *elem) { cfdelnd(elem ? &elem->link : nullptr); }
 
 cfgroup *cfclrgrp(cfgroup *grp) {
-  if (grp)
-    removebelow(grp);
+  if (!grp)
+    return nullptr;
+  removal gone;
+  gone.below(grp);
+  gone.finish();
   return grp;
 }

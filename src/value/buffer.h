@@ -2,9 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "node/memory.h"
-
-#include <cstdint>
+#include "cf.h"
 
 namespace cf {
 
@@ -18,15 +16,6 @@ inline void *value_buffer(cfparam *par) { return par + 1; }
 /// True if the value of a plain parameter is a block of its own, which ends with the value.
 inline bool owns_value(cfparam *par) {
   return par->vval && par->vval != par->val && par->vval != value_buffer(par);
-}
-
-/// Takes the value away from a plain parameter, then releases it if it is a block.
-inline void drop_value(cfparam *par) {
-  void *block = owns_value(par) ? const_cast<void *>(par->vval) : nullptr;
-  par->vval = nullptr;
-  par->eval = nullptr;
-  if (block)
-    release(block);
 }
 
 } // namespace cf

@@ -1,6 +1,7 @@
 // Evaluation: setting and dropping the value of a parameter, through references too.
 // SPDX-License-Identifier: MIT
 #include "node/link.h"
+#include "node/memory.h"
 #include "value/buffer.h"
 
 #include <cassert>
@@ -47,7 +48,7 @@ private:
   unsigned char vvalcache[value_buffer_size] = {};
 };
 
-/// Gives a plain parameter its new value; the former one is released only now.
+/// Gives a plain parameter its new value, or none; the former one is released only now.
 void setvalue(cfparam *par, cfeval_t eval, const void *vval) {
   void *former = owns_value(par) ? const_cast<void *>(par->vval) : nullptr;
   par->eval = eval;
@@ -102,6 +103,6 @@ cfparam *cfunevalpar(cfparam *par) {
     it->vval = nullptr;
     it->eval = nullptr;
   }
-  drop_value(target(par));
+  setvalue(target(par), nullptr, nullptr);
   return par;
 }
