@@ -18,8 +18,10 @@
  * - A pointer argument must not be NULL unless its description says what NULL does.
  * - No operation reports through errno. Diagnostics of reading, checking and printing go to ::emsg
  *   and ::wmsg; exhausted memory goes to ::fail; everything else is a result.
- * - No operation's use of stack grows with its input, but for one step for each catalog stacked on
- *   another.
+ * - No operation's use of stack grows with its input, but for one step for each reference that is
+ *   followed from one to the next, as in catalogs stacked on one another.
+ * - Which way an operation goes, with defaults alone or with slots, is decided when it begins: a
+ *   slot that is replaced while it runs may not be called.
  * - A tree and all catalogs over it are for one thread at a time. Operations that only read may run
  *   in several threads at once as long as nobody writes. The memory manager is the only state
  *   shared between trees.
@@ -618,8 +620,8 @@ CF_API cfparam *cfcatgetpar(cfgroup *gc, const char *key, const char *val);
  * that `gc` stands for, and each catalog on the way files it.
  * @param gc owner, or a category or name level, which leads to its owner. A value level or a group
  *     of a plain tree gets `elem` linked as by ::cfaddgrp.
- * @param elem leaves the list that it is in. Should the manager leave by an exception, it stays
- *     where it was and nothing is filed.
+ * @param elem leaves the list that it is in. Should the manager leave by an exception, it is in no
+ *     list, nothing is filed, and the caller owns it still.
  * @return the new reference of this catalog, or the owner if `elem` is no instance, whose contents
  *     are filed; `elem` if it was plainly linked. */
 CF_API cfgroup *cfcataddgrp(cfgroup *gc, cfgroup *elem);

@@ -3,10 +3,8 @@
 #include "catalog/filing.h"
 
 #include "node/make.h"
-#include "node/remove.h"
+#include "node/ring.h"
 #include "node/walk.h"
-
-#include <memory>
 
 namespace cf {
 namespace {
@@ -17,14 +15,14 @@ cfgroup *addlevel(cfgroup *grp, const char *cat, const char *name, cfgroup_t typ
   return level;
 }
 
-/// The level in `grp` that the search found, or a new one if it met a plain element or nothing.
+/// The level in `grp` that the search finds, or a new one if it meets a plain element or nothing.
 cfgroup *level(cfgroup *grp, const char *cat, const char *name) {
   cfgroup *hit = ifgrp(cfseekgrp(grp->elem.next, cat, name));
   return hit && hit->type == cf_grpcat ? hit : addlevel(grp, cat, name, cf_grpcat);
 }
 
-/// Visitor that files what the walk meets. `gc`, the owner of the group that the walk is in, goes
-/// down and climbs in step with it.
+/// Visitor that files what the walk meets. `gc`, the owner of the group that the walk is in, goes down
+/// and climbs in step with it.
 struct filer {
   const cfgroup *source; // stands for itself: only what is below it is filed
   const cfgroup *root;   // the owner that stands for it
@@ -33,17 +31,16 @@ struct filer {
   bool isfiled(const cfgroup *grp) const { return grp->type == cf_grpinst && grp != source; }
 
   go enter(cfgroup *grp) {
-    if (!isfiled(grp))
-      return go::on;
-    cfgroup *name = namelevel(gc, grp);
-    gc = cfnewrefgrp(grp);
-    putlast(name, &gc->link);
+    if (isfiled(grp)) {
+      gc = _cfcatgrp(gc, grp);
+      putlast(gc->link.group, &gc->link);
+    }
     return go::on;
   }
   go leaf(cfnode *nd) {
     if (nd->type == cf_param) {
-      cfgroup *value = valuelevel(gc, aspar(nd));
-      putlast(value, &cfnewrefpar(aspar(nd))->link);
+      cfparam *ref = _cfcatpar(gc, aspar(nd));
+      putlast(ref->link.group, &ref->link);
     }
     return go::on;
   }
@@ -56,19 +53,21 @@ struct filer {
   }
 };
 
-struct deleter {
-  void operator()(cfgroup *grp) const { removal().of(&grp->link); }
-};
-
 } // namespace
 
-cfgroup *namelevel(cfgroup *gc, const cfgroup *grp) {
-  return level(*grp->cat ? level(gc, grp->cat, "") : gc, "", grp->name);
+cfgroup *_cfcatgrp(cfgroup *gc, cfgroup *grp) {
+  cfgroup *name = level(*grp->cat ? level(gc, grp->cat, "") : gc, "", grp->name);
+  cfgroup *ref = cfnewrefgrp(grp);
+  ref->link.group = name;
+  return ref;
 }
 
-cfgroup *valuelevel(cfgroup *gc, const cfparam *par) {
+cfparam *_cfcatpar(cfgroup *gc, cfparam *par) {
   cfgroup *hit = ifgrp(cfseekpar(gc->elem.next, par->key, nullptr));
-  return hit ? hit : addlevel(gc, "", par->key, cf_grpval);
+  cfgroup *value = hit ? hit : addlevel(gc, "", par->key, cf_grpval);
+  cfparam *ref = cfnewrefpar(par);
+  ref->link.group = value;
+  return ref;
 }
 
 void _cfcatelem(cfgroup *gc, cfgroup *grp) {
@@ -81,8 +80,10 @@ void _cfcatelem(cfgroup *gc, cfgroup *grp) {
 using namespace cf;
 
 cfgroup *cfcatalog(cfgroup *grp) {
-  // Until it is finished an exception deletes it.
-  std::unique_ptr<cfgroup, deleter> root(cfnewrefgrp(grp));
-  _cfcatelem(root.get(), grp);
-  return root.release();
+  ring made;
+  cfgroup *root = cfnewrefgrp(grp);
+  made.add(&root->link);
+  _cfcatelem(root, grp);
+  made.letgo();
+  return root;
 }

@@ -1,8 +1,8 @@
-// Catalog exchange: a new element in the place of an old one, in the tree and in each catalog on
-// the way. SPDX-License-Identifier: MIT
+// Catalog exchange: a new element in the place of an old one, in the tree and in each catalog.
+// SPDX-License-Identifier: MIT
 #include "catalog/filing.h"
 #include "catalog/owner.h"
-#include "node/remove.h"
+#include "node/ring.h"
 #include "node/text.h"
 
 using namespace cf;
@@ -41,11 +41,17 @@ void show(cfnode *ref, cfnode *nd) {
   }
 }
 
-/// Calls `what` for each reference group from `lowest` up to `ref`.
-template <class What> void upward(cfnode *lowest, cfnode *ref, What what) {
+/// Files what is below the target of each reference group from `lowest` up to `ref`.
+void refile(cfnode *lowest, cfnode *ref) {
   if (ref != lowest)
-    upward(lowest, ref->ref, what);
-  what(asgrp(ref));
+    refile(lowest, ref->ref);
+  _cfcatelem(asgrp(ref), asgrp(ref->ref));
+}
+
+/// Moves all that a group holds to a ring.
+void empty(cfgroup *grp, ring &dying) {
+  while (!isanchor(grp->elem.next))
+    dying.add(grp->elem.next);
 }
 
 } // namespace
@@ -57,22 +63,24 @@ cfnode *cfcatxcgnd(cfnode *cnd, cfnode *nd) {
   cfnode *old = cnd;
   for (; old->ref; old = old->ref)
     lowest = old;
+  const bool isgroup = cnd->type == cf_group;
 
-  // The references turn before the old element goes, and what was filed goes before anything is
-  // made: no exception on the way leaves a reference to what is gone.
-  removal gone;
+  // All links are turned before anything is released, and all is released before anything is made:
+  // whenever the manager leaves, nothing that is linked leads to what is gone. On the ring the old
+  // element comes last, and so goes first.
+  ring dying;
   if (lowest)
     lowest->ref = nd;
-  for (cfnode *ref = cnd; lowest && ref != nd; ref = ref->ref)
+  for (cfnode *ref = cnd; lowest && ref != nd; ref = ref->ref) {
     show(ref, nd);
+    if (isgroup)
+      empty(asgrp(ref), dying);
+  }
   if (old != nd)
-    gone.of(cfxcgnd(old, nd));
-  const bool files = lowest && cnd->type == cf_group;
-  if (files)
-    upward(lowest, cnd, [&](cfgroup *ref) { gone.below(ref); });
-  gone.finish();
-  if (files)
-    upward(lowest, cnd, [](cfgroup *ref) { _cfcatelem(ref, asgrp(ref->link.ref)); });
+    dying.add(cfxcgnd(old, nd));
+  dying.clear();
+  if (lowest && isgroup)
+    refile(lowest, cnd);
   return lowest ? cnd : nd;
 }
 

@@ -1,4 +1,4 @@
-// Filing: where the reference to an element goes, with the levels that it needs.
+// Filing: the reference to an element, and the levels that it needs.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -6,12 +6,10 @@
 
 namespace cf {
 
-/// The name level for an instance under the owner `gc`, made if there is none, with its category
-/// level.
-cfgroup *namelevel(cfgroup *gc, const cfgroup *grp);
-
-/// The value level for a parameter under the owner `gc`, made if there is none.
-cfgroup *valuelevel(cfgroup *gc, const cfparam *par);
+// Each makes a reference to be filed under the owner `gc`, with the levels that are missing. It is in
+// no list yet, but its `group` names the level that it is to be linked into.
+cfgroup *_cfcatgrp(cfgroup *gc, cfgroup *grp); ///< to an instance, without what it holds
+cfparam *_cfcatpar(cfgroup *gc, cfparam *par); ///< to a parameter
 
 /// Files all instances and parameters below `grp` under the owner `gc`.
 void _cfcatelem(cfgroup *gc, cfgroup *grp);

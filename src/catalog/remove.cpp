@@ -1,7 +1,6 @@
 // Catalog deletion: elements with their references and the blocks that bound remarks to them.
 // SPDX-License-Identifier: MIT
-#include "node/remove.h"
-#include "node/link.h"
+#include "node/ring.h"
 
 using namespace cf;
 
@@ -16,23 +15,12 @@ namespace {
 class collector {
 public:
   /// `keep`, which may be NULL, and its targets are spared, whatever dies in them.
-  explicit collector(const cfgroup *keep) : spared(keep) {
-    init(&dlst, cf_anchor, nullptr, nullptr);
-  }
-  collector(const collector &) = delete;
-  collector &operator=(const collector &) = delete;
+  explicit collector(const cfgroup *keep) : spared(keep) {}
   void _cfcatdelnd(cfnode *cnd);
-
-  /// Deletes all that was collected, last first.
-  void finish() {
-    removal gone;
-    while (!isanchor(dlst.prev))
-      gone.of(dlst.prev);
-    gone.finish();
-  }
+  void finish() { dlst.clear(); }
 
 private:
-  cfnode dlst;
+  ring dlst;
   const cfgroup *spared;
 
   static bool isdying(const cfgroup *grp) { return grp->elem.ref; }
@@ -67,8 +55,7 @@ cfgroup *collector::boundblock(const cfnode *cnd, cfgroup *parent) const {
 cfnode *collector::collect(cfnode *cnd, cfnode *&back) {
   _cfcatdelnd(cnd->ref);
   cfgroup *parent = cnd->group;
-  takeout(cnd);
-  putbefore(&dlst, cnd);
+  dlst.add(cnd);
   cfgroup *grp = ifgrp(cnd);
   if (!grp) {
     cfgroup *block = boundblock(cnd, parent);
@@ -98,8 +85,8 @@ cfnode *collector::next(cfnode *&back) {
 void collector::_cfcatdelnd(cfnode *cnd) {
   if (!cnd || isanchor(cnd))
     return;
-  cfnode *back = &dlst;
-  while (cnd || back != &dlst)
+  cfnode *back = dlst.end();
+  while (cnd || back != dlst.end())
     cnd = cnd ? collect(cnd, back) : next(back);
 }
 

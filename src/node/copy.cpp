@@ -1,73 +1,67 @@
 // Copies: an element with all it holds; a reference together with its target.
 // SPDX-License-Identifier: MIT
 #include "node/make.h"
-#include "node/remove.h"
+#include "node/ring.h"
 #include "node/walk.h"
-
-#include <memory>
 
 using namespace cf;
 
 namespace {
 
-void discard(cfnode *copy) noexcept;
+/// One operation of copying. The copies that are in no list, the result and those of targets, are held
+/// on a ring: an exception on the way leaves nothing of them.
+class copying {
+public:
+  cfgroup *of(const cfgroup *grp);
+  cfparam *of(const cfparam *par);
+  void done() { made.letgo(); }
 
-/// Deletes the copied targets behind the references of a copy; they are in no list.
-struct target_deleter {
-  static go meet(cfnode *nd) {
-    if (nd->ref)
-      discard(nd->ref);
-    return go::on;
+  /// Copies the record of a group, and its target with all that holds if it is a reference.
+  cfgroup *record(const cfgroup *grp) {
+    return grp->link.ref ? cfnewrefgrp(of(asgrp(grp->link.ref)))
+                         : makegrp(grp->cat, grp->name, grp->type, grp->row);
   }
-  go enter(cfgroup *grp) { return meet(&grp->link); }
-  go leaf(cfnode *nd) { return meet(nd); }
-  go leave(cfgroup *) { return go::on; }
+  /// Copies a parameter without its value, and its target with it if it is a reference.
+  cfparam *record(const cfparam *par) {
+    return par->link.ref ? cfnewrefpar(of(aspar(par->link.ref)))
+                         : makepar(par->key, par->val, par->row);
+  }
+
+private:
+  ring made;
 };
 
-/// Deletes a copy that could not be finished.
-void discard(cfnode *copy) noexcept {
-  target_deleter targets;
-  if (cfgroup *grp = ifgrp(copy))
-    walk(grp, targets);
-  else
-    targets.leaf(copy);
-  removal().of(copy);
-}
-
-/// A copy in the making: an exception on the way leaves nothing of it.
-struct discarder {
-  void operator()(cfgroup *copy) const { discard(&copy->link); }
-  void operator()(cfparam *copy) const { discard(&copy->link); }
-};
-template <class Element> using unfinished = std::unique_ptr<Element, discarder>;
-
-/// Copies the record of a group, and its target's whole tree if it is a reference.
-cfgroup *copygrp(const cfgroup *grp) {
-  if (!grp->link.ref)
-    return makegrp(grp->cat, grp->name, grp->type, grp->row);
-  unfinished<cfgroup> target(cfdupgrp(asgrp(grp->link.ref)));
-  cfgroup *copy = cfnewrefgrp(target.get());
-  target.release();
-  return copy;
+/// Gives the copy of a plain parameter a value of its own, if the parameter has one. A refusal leaves a
+/// copy that is not evaluated.
+void evaluate(cfparam *copy, const cfparam *par) {
+  if (par->eval && !par->link.ref)
+    cfevalpar(copy, par->eval);
 }
 
 /// Visitor that keeps a second cursor, in the copy, in step with the walk.
 struct copier {
+  copying &copies;
+  ring &made;
+  cfgroup *root = nullptr;
   cfgroup *at = nullptr;
-  unfinished<cfgroup> root{};
 
   go enter(const cfgroup *grp) {
-    cfgroup *copy = copygrp(grp);
+    cfgroup *copy = copies.record(grp);
     if (at)
       putlast(at, &copy->link);
     else
-      root.reset(copy);
+      made.add(&(root = copy)->link);
     at = copy;
     return go::on;
   }
   go leaf(const cfnode *nd) {
-    cfnode *copy = nd->type == cf_param ? &cfduppar(aspar(nd))->link : &cfduprem(asrem(nd))->link;
-    putlast(at, copy);
+    if (nd->type == cf_param) {
+      cfparam *copy = copies.record(aspar(nd));
+      putlast(at, &copy->link);
+      evaluate(copy, aspar(nd));
+    } else {
+      putlast(at, &cfduprem(asrem(nd))->link);
+    }
     return go::on;
   }
   go leave(const cfgroup *) {
@@ -76,32 +70,33 @@ struct copier {
   }
 };
 
+cfgroup *copying::of(const cfgroup *grp) {
+  copier visitor{*this, made};
+  walk(grp, visitor);
+  return visitor.root;
+}
+
+cfparam *copying::of(const cfparam *par) {
+  cfparam *copy = record(par);
+  made.add(&copy->link);
+  evaluate(copy, par);
+  return copy;
+}
+
+template <class Element> Element *copyof(const Element *elem) {
+  if (!elem)
+    return nullptr;
+  copying copies;
+  Element *copy = copies.of(elem);
+  copies.done();
+  return copy;
+}
+
 } // namespace
 
-cfgroup *cfdupgrp(const cfgroup *grp) {
-  if (!grp)
-    return nullptr;
-  copier copy;
-  walk(grp, copy);
-  return copy.root.release();
-}
-
+cfgroup *cfdupgrp(const cfgroup *grp) { return copyof(grp); }
+cfparam *cfduppar(const cfparam *par) { return copyof(par); }
 cfremark *cfduprem(const cfremark *rem) { return rem ? makerem(rem->txt, rem->row) : nullptr; }
-
-cfparam *cfduppar(const cfparam *par) {
-  if (!par)
-    return nullptr;
-  if (par->link.ref) {
-    unfinished<cfparam> target(cfduppar(aspar(par->link.ref)));
-    cfparam *copy = cfnewrefpar(target.get());
-    target.release();
-    return copy;
-  }
-  unfinished<cfparam> copy(makepar(par->key, par->val, par->row));
-  if (par->eval)
-    cfevalpar(copy.get(), par->eval); // a refusal leaves a copy that is not evaluated
-  return copy.release();
-}
 
 cfnode *cfdupnd(const cfnode *nd) {
   if (!nd)

@@ -8,9 +8,9 @@
 
 namespace cf {
 
-void removal::release(void *block) noexcept {
+void removal::giveback(void *block) noexcept {
   try {
-    cf::release(block);
+    release(block);
   } catch (...) {
     if (!thrown)
       thrown = std::current_exception();
@@ -23,8 +23,8 @@ void removal::one(cfnode *nd) noexcept {
   takeout(nd);
   // A reference's value is its target's.
   if (nd->type == cf_param && !nd->ref && owns_value(aspar(nd)))
-    release(const_cast<void *>(aspar(nd)->vval));
-  release(nd);
+    giveback(const_cast<void *>(aspar(nd)->vval));
+  giveback(nd);
 }
 
 /// Goes down to the last leaf, removes it, and climbs out of what ran empty.

@@ -23,7 +23,7 @@ private:
   std::exception_ptr thrown;
 
   void one(cfnode *nd) noexcept;
-  void release(void *block) noexcept;
+  void giveback(void *block) noexcept;
 };
 
 } // namespace cf

@@ -1,5 +1,5 @@
-// Default emsg: one line to standard error. Alone in its file, so that an application's own
-// displaces it. SPDX-License-Identifier: MIT
+// Default emsg: a line to standard error. Alone in its file, so that an application's displaces it.
+// SPDX-License-Identifier: MIT
 #include "platform/stderr_line.h"
 
 #include "cf.h"

@@ -1,5 +1,5 @@
-// Default wmsg: one line to standard error. Alone in its file, so that an application's own
-// displaces it. SPDX-License-Identifier: MIT
+// Default wmsg: a line to standard error. Alone in its file, so that an application's displaces it.
+// SPDX-License-Identifier: MIT
 #include "platform/stderr_line.h"
 
 #include "cf.h"

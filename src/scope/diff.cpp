@@ -3,8 +3,7 @@
 #include "node/fill.h"
 #include "node/link.h"
 #include "node/text.h"
-#include "scope/scope.h"
-#include "scope/textbuf.h"
+#include "scope/names.h"
 
 #include <cstring>
 
@@ -21,11 +20,7 @@ bool _cfdiffscope(const cfdiff *diff, const cfnode *i) {
   auto *nd =
       const_cast<cfnode *>(i); // the slot's type has no const; it must not write all the same
   textbuf buf;
-  const size_t size = size_t{diff->genscope(nullptr, nd)} + 1;
-  char *text = buf.reserve(size, 0);
-  std::memset(text, 0, size);
-  diff->genscope(text, nd);
-  return diff->chkscope(text) != 0;
+  return diff->chkscope(askscope(buf, diff->genscope, nd)) != 0;
 }
 
 /// Where the walk over `nd` goes on behind the element or group `i`; on `nd` it has ended.

@@ -4,7 +4,7 @@
 
 namespace cf {
 
-const char *asked_names::ask(cfnode *nd) {
+const char *askscope(textbuf &buf, genscope_t genscope, cfnode *nd) {
   // Cleared, so that a function that writes less than it announced still leaves a text.
   const size_t size = size_t{genscope(nullptr, nd)} + 1;
   char *text = buf.reserve(size, 0);
@@ -19,14 +19,10 @@ kept_names::kept_names(const cfparser *parser) {
   _grpscope(buf.reserve(end + 1, 0), above);
 }
 
-/// Writes `text` and `mark` with a terminator at `at`. Gives the place of the terminator.
+/// Writes a part of a scope string at `at`. Gives the place of its terminator.
 size_t kept_names::put(size_t at, const char *text, const char *mark) {
-  const size_t texts = std::strlen(text);
-  const size_t marks = std::strlen(mark);
-  char *to = buf.reserve(at + texts + marks + 1, at) + at;
-  std::memcpy(to, text, texts);
-  std::memcpy(to + texts, mark, marks + 1);
-  return at + texts + marks;
+  char *data = buf.reserve(at + putscope(nullptr, text, mark) + 1, at);
+  return at + putscope(data + at, text, mark);
 }
 
 void kept_names::enter(const cfgroup *grp) {

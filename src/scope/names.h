@@ -8,20 +8,23 @@
 
 namespace cf {
 
-/// Asks a genscope slot for each scope string, by its two calls.
+using genscope_t = unsigned int (*)(char *scbf, cfnode *nd);
+
+/// Asks a genscope slot for the scope string of an element, by its two calls.
+const char *askscope(textbuf &buf, genscope_t genscope, cfnode *nd);
+
+/// Asks for each name.
 class asked_names {
 public:
   explicit asked_names(const cfparser *parser) : genscope(parser->genscope) {}
   void enter(const cfgroup *) {}
   void leave(const cfgroup *) {}
-  const char *of(cfparam *par) { return ask(&par->link); }
-  const char *of(cfgroup *grp) { return ask(&grp->link); }
+  const char *of(cfparam *par) { return askscope(buf, genscope, &par->link); }
+  const char *of(cfgroup *grp) { return askscope(buf, genscope, &grp->link); }
 
 private:
-  unsigned int (*genscope)(char *, cfnode *);
+  genscope_t genscope;
   textbuf buf;
-
-  const char *ask(cfnode *nd);
 };
 
 /// Keeps the prefix of the group that the walk is in, as the default genscope would make it, so

@@ -4,12 +4,11 @@
 
 #include "node/link.h"
 
+#include <climits>
 #include <cstring>
 
 namespace cf {
 namespace {
-
-unsigned int length(const char *text) { return static_cast<unsigned int>(std::strlen(text)); }
 
 /// The nearest instance from `grp` upward, or NULL if a top group or the end comes first.
 const cfgroup *instance(const cfgroup *grp) {
@@ -18,10 +17,36 @@ const cfgroup *instance(const cfgroup *grp) {
   return grp && grp->type == cf_grpinst ? grp : nullptr;
 }
 
-/// Writes `text` and `mark` with a terminator to `to`, which may be NULL. Gives their length.
-unsigned int put(char *to, const char *text, const char *mark) {
-  const unsigned int texts = length(text);
-  const unsigned int marks = length(mark);
+size_t grpscope(char *sbf, const cfgroup *grp) {
+  grp = instance(grp);
+  if (!grp)
+    return putscope(sbf, "", "::") + 1;
+  size_t n = _grpscope(sbf, grp->link.group);
+  n += putscope(sbf ? sbf + n : nullptr, grp->name, ".");
+  if (*grp->cat)
+    n += putscope(sbf ? sbf + n : nullptr, grp->cat, "::");
+  return n + 1;
+}
+
+size_t parscope(char *scbf, const cfparam *par) {
+  const size_t n = _grpscope(scbf, par->link.group);
+  return n + putscope(scbf ? scbf + n : nullptr, par->key, "") + 1;
+}
+
+size_t scope(char *scbf, const cfnode *nd) {
+  switch (nd->type) {
+  case cf_group: return grpscope(scbf, asgrp(nd));
+  case cf_remark: return grpscope(scbf, nd->group);
+  case cf_param: return parscope(scbf, aspar(nd));
+  default: return 0;
+  }
+}
+
+} // namespace
+
+size_t putscope(char *to, const char *text, const char *mark) {
+  const size_t texts = std::strlen(text);
+  const size_t marks = std::strlen(mark);
   if (to) {
     std::memcpy(to, text, texts);
     std::memcpy(to + texts, mark, marks + 1);
@@ -29,37 +54,19 @@ unsigned int put(char *to, const char *text, const char *mark) {
   return texts + marks;
 }
 
-unsigned int grpscope(char *sbf, const cfgroup *grp) {
-  grp = instance(grp);
-  if (!grp)
-    return put(sbf, "", "::") + 1;
-  unsigned int n = _grpscope(sbf, grp->link.group);
-  n += put(sbf ? sbf + n : nullptr, grp->name, ".");
-  if (*grp->cat)
-    n += put(sbf ? sbf + n : nullptr, grp->cat, "::");
-  return n + 1;
-}
-
-unsigned int parscope(char *scbf, const cfparam *par) {
-  const unsigned int n = _grpscope(scbf, par->link.group);
-  return n + put(scbf ? scbf + n : nullptr, par->key, "") + 1;
-}
-
-} // namespace
-
-unsigned int _grpscope(char *sbf, const cfgroup *grp) {
+size_t _grpscope(char *sbf, const cfgroup *grp) {
   // Climbed twice: for the length, and to fill in the path's names from its right end.
-  unsigned int path = 0;
+  size_t path = 0;
   const cfgroup *first = instance(grp);
   for (; first && !*first->cat; first = instance(first->link.group))
-    path += length(first->name) + 1;
-  const unsigned int n = put(sbf, first ? first->cat : "", "::") + path;
+    path += std::strlen(first->name) + 1;
+  const size_t n = putscope(sbf, first ? first->cat : "", "::") + path;
   if (!sbf)
     return n;
   char *at = sbf + n;
   *at = '\0';
   for (const cfgroup *it = instance(grp); it != first; it = instance(it->link.group)) {
-    const unsigned int name = length(it->name);
+    const size_t name = std::strlen(it->name);
     *--at = '.';
     at -= name;
     std::memcpy(at, it->name, name);
@@ -68,12 +75,12 @@ unsigned int _grpscope(char *sbf, const cfgroup *grp) {
 }
 
 unsigned int genscope(char *scbf, cfnode *nd) {
-  switch (nd->type) {
-  case cf_group: return grpscope(scbf, asgrp(nd));
-  case cf_remark: return grpscope(scbf, nd->group);
-  case cf_param: return parscope(scbf, aspar(nd));
-  default: return 0;
-  }
+  const size_t size = scope(nullptr, nd);
+  if (size > UINT_MAX)
+    return 0; // more than the slot's type can tell
+  if (scbf)
+    scope(scbf, nd);
+  return static_cast<unsigned int>(size);
 }
 
 } // namespace cf

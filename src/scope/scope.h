@@ -12,6 +12,10 @@ unsigned int genscope(char *scbf, cfnode *nd);
 
 /// Writes the prefix of `grp`: what its contents get in front of their own part. Gives its length
 /// without terminator; `sbf` NULL only asks.
-unsigned int _grpscope(char *sbf, const cfgroup *grp);
+size_t _grpscope(char *sbf, const cfgroup *grp);
+
+/// Writes a part of a scope string, `text` and the mark behind it, with a terminator. Gives its length
+/// without terminator; `to` NULL only asks.
+size_t putscope(char *to, const char *text, const char *mark);
 
 } // namespace cf

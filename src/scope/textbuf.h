@@ -1,4 +1,4 @@
-// Transient text: on the stack while it fits, else in one block of the memory manager.
+// Transient text: on the stack while it fits, else in a block of the memory manager.
 // SPDX-License-Identifier: MIT
 #pragma once
 

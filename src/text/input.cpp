@@ -13,57 +13,48 @@ bool block_input::refill() {
   begin = buf;
   const size_t room = block - left;
   const size_t got = more ? std::fread(buf + left, 1, room, fd) : 0;
+  more = got == room;
   end = buf + left + got;
-  if (got < room)
-    more = false;
+  *end = '\0';
   return got > 0;
 }
 
-/// The line end of what begins at `begin`, reading on as far as a line may reach; NULL if none came.
-char *block_input::newline() {
-  char *from = begin;
-  for (;;) {
-    const auto length = static_cast<size_t>(end - from);
-    if (auto *found = static_cast<char *>(std::memchr(from, '\n', length)))
-      return found;
-    const auto seen = end - begin;
-    if (static_cast<size_t>(seen) >= line_limit || !refill())
-      return nullptr;
-    from = begin + seen;
-  }
+/// Finds where the line that begins at `begin` ends, reading on as far as a line may reach. Gives its
+/// length without the line end.
+size_t block_input::findend() {
+  const char *found = nullptr;
+  size_t seen = 0;
+  do {
+    const auto there = static_cast<size_t>(end - begin);
+    found = static_cast<const char *>(std::memchr(begin + seen, '\n', there - seen));
+    seen = there;
+  } while (!found && seen < line_limit && refill());
+  ended = found;
+  const size_t length = found ? static_cast<size_t>(found - begin) : seen;
+  after = begin + length + ended;
+  held = *after;
+  return length;
 }
 
 fetched block_input::next() {
   *after = held;
   begin = after;
-  char *last = newline();
-  const auto length = static_cast<size_t>((last ? last : end) - begin);
-  ended = last;
-  after = last ? last + 1 : end;
-  held = *after;
-  *after = '\0';
+  const size_t length = findend();
   if (length >= line_limit) {
     begin[line_limit] = '\0';
     return fetched::overflow;
   }
+  *after = '\0';
   // As with fgets(), what a failing stream gave of a line is no line.
-  if (!last && (length == 0 || (!failed && std::ferror(fd))))
+  if (!ended && (length == 0 || (!failed && std::ferror(fd))))
     return fetched::end;
   return fetched::line;
 }
 
 void block_input::drain() {
-  while (!ended) { // the line goes on behind what was read
+  while (!ended && begin != end) { // the line goes on behind what was read
     begin = end;
-    const bool came = refill();
-    after = begin;
-    held = '\0';
-    if (!came)
-      return;
-    auto *last = static_cast<char *>(std::memchr(begin, '\n', static_cast<size_t>(end - begin)));
-    ended = last;
-    after = last ? last + 1 : end;
-    held = *after;
+    findend();
   }
 }
 

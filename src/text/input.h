@@ -63,7 +63,7 @@ private:
   char *end = buf;   // of what was read
 
   bool refill();
-  char *newline();
+  size_t findend();
 };
 
 } // namespace cf

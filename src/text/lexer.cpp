@@ -9,18 +9,7 @@
 namespace cf {
 namespace {
 
-enum class linekind { none, empty, remark, grpbeg, grpend, param };
-
-struct kind_told {
-  linekind none() { return linekind::none; }
-  linekind empty() { return linekind::empty; }
-  linekind remark(const char *) { return linekind::remark; }
-  linekind grpbeg(std::string_view, std::string_view) { return linekind::grpbeg; }
-  linekind grpend() { return linekind::grpend; }
-  linekind param(std::string_view, const char *) { return linekind::param; }
-};
-
-bool is(linekind kind, const cflexer *lex) { return look(lex->row, kind_told()) == kind; }
+bool is(linekind kind, const cflexer *lex) { return look(lex->row).kind == kind; }
 
 int isempty(cflexer *lex) { return is(linekind::empty, lex); }
 int isremark(cflexer *lex) { return is(linekind::remark, lex); }

@@ -9,6 +9,16 @@
 
 namespace cf {
 
+enum class linekind { none, empty, remark, grpbeg, grpend, param };
+
+/// What one look at a line tells. No line is of two kinds.
+struct line {
+  linekind kind = linekind::none;
+  std::string_view cat{};     ///< category of a group, empty if it has none
+  std::string_view word{};    ///< name of a group, key of a parameter
+  const char *mark = nullptr; ///< the # of a remark, the = of a parameter
+};
+
 inline const char *skipspace(const char *p) {
   while (isspacechar(*p))
     ++p;
@@ -32,29 +42,34 @@ inline std::string_view cutword(const char *&p) {
 }
 
 /// Looks at a line that begins with a word, if with any: a group head or a parameter.
-template <class Told> auto lookword(const char *p, Told told) {
-  const std::string_view first = cutword(p);
-  if (first.empty())
-    return told.none();
+inline line lookword(const char *p) {
+  line it;
+  it.word = cutword(p);
+  if (it.word.empty())
+    return it;
   p = skipspace(p);
-  if (*p == '=')
-    return told.param(first, p);
-  const std::string_view second = cutword(p);
-  p = skipspace(p);
-  if (*p != '{' || !isblank(p + 1))
-    return told.none();
-  return second.empty() ? told.grpbeg({}, first) : told.grpbeg(first, second);
+  if (*p == '=') {
+    it.kind = linekind::param;
+    it.mark = p;
+    return it;
+  }
+  if (const std::string_view name = cutword(p); !name.empty()) {
+    it.cat = it.word;
+    it.word = name;
+    p = skipspace(p);
+  }
+  if (*p == '{' && isblank(p + 1))
+    it.kind = linekind::grpbeg;
+  return it;
 }
 
-/// Looks once at a line and tells its kind, with the words and the mark (# or =) found on the way. No
-/// line is of two kinds.
-template <class Told> auto look(const char *row, Told told) {
+inline line look(const char *row) {
   const char *p = skipspace(row);
   switch (*p) {
-  case '\0': return told.empty();
-  case '#': return told.remark(p);
-  case '}': return isblank(p + 1) ? told.grpend() : told.none();
-  default: return lookword(p, told);
+  case '\0': return {linekind::empty};
+  case '#': return {.kind = linekind::remark, .mark = p};
+  case '}': return {isblank(p + 1) ? linekind::grpend : linekind::none};
+  default: return lookword(p);
   }
 }
 

@@ -12,7 +12,20 @@ class nesting {
 public:
   explicit nesting(cflexer *lexer) : lex(lexer), grp(lexer->top) {}
 
+  nesting(const nesting &) = delete;
+  nesting &operator=(const nesting &) = delete;
+  ~nesting() { lex->row = nullptr; } // the line is gone, also when an exception ends the reading
+
+  /// True in the top group; a slot may have changed its kind, but not that nothing holds it.
   bool attop() const { return grp->type == cf_grptop || !grp->link.group; }
+
+  /// True for the open group and all that hold it.
+  bool isopen(const cfnode *nd) const {
+    const cfgroup *it = grp;
+    while (it && &it->link != nd)
+      it = it->link.group;
+    return it;
+  }
 
   // What a line gave, in no list yet, goes to the end of the open group; a group is open then itself.
   void put(cfremark *rem) { putlast(grp, &rem->link); }
@@ -23,7 +36,7 @@ public:
   }
 
   void leave() { grp = grp->link.group; }
-  void end() {
+  void endgroup() {
     if (!attop())
       return leave();
     emsg("%s:%ld: group end without begin", lex->fname, lex->nrow);
@@ -40,7 +53,7 @@ public:
   }
 
   /// The end of the input, which an application's isgrpend may take for that of one group.
-  void finish() {
+  void endinput() {
     lex->row = nullptr;
     if (!attop() && lex->isgrpend(lex))
       leave();

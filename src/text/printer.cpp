@@ -4,16 +4,19 @@
 #include "node/walk.h"
 #include "text/format.h"
 
+#include <algorithm>
+#include <climits>
+
 using namespace cf;
 
 namespace {
 
-// The default slots write one line each.
+// The default slots write one line each and give its length.
 
 template <class Put> int writeline(cfprinter *prn, Put put) {
   writer out(prn->fd);
   put(out);
-  return out.flush() ? 1 : -1;
+  return out.flush() ? static_cast<int>(std::min<size_t>(out.count(), INT_MAX)) : -1;
 }
 
 int outempty(cfprinter *prn, cfgroup *grp) {
@@ -115,9 +118,9 @@ public:
     if (grp->type == cf_grpinst) {
       if (!_cfpbrk(&grp->link) || !out.grpbeg(grp))
         return go::stop;
-      blank = grp;
-    } else if (!blank) {
-      blank = grp;
+      unprinted = grp;
+    } else if (!unprinted) {
+      unprinted = grp;
     }
     if (grp->type == cf_grpinst || grp->type == cf_grptop)
       prn->brk = 0;
@@ -128,7 +131,7 @@ public:
     const bool rem = nd->type == cf_remark;
     if (!_cfpbrk(nd) || !(rem ? out.remark(asrem(nd)) : out.param(aspar(nd))))
       return go::stop;
-    blank = nullptr;
+    unprinted = nullptr;
     prn->brk = maskbehind(nd->group->type, rem);
     return go::on;
   }
@@ -137,13 +140,13 @@ public:
     if (grp->type == cf_grpinst) {
       if (!out.grpend(grp))
         return go::stop;
-      blank = nullptr;
+      unprinted = nullptr;
     }
     if (grp == top)
       return go::on;
-    if (blank == grp)
-      blank = nullptr; // nothing came of it, but something stands before it in its list
-    if (!blank)
+    if (unprinted == grp)
+      unprinted = nullptr; // nothing came of it, but something stands before it in its list
+    if (!unprinted)
       prn->brk = maskbehind(grp->link.group->type, grp->type == cf_grprem);
     return go::on;
   }
@@ -156,7 +159,7 @@ private:
   Output out;
   /// The outermost open group with nothing printed in it yet; all open groups below it are alike.
   /// Behind such a group the mask stays as it was.
-  const cfgroup *blank = nullptr;
+  const cfgroup *unprinted = nullptr;
 
   bool _cfpbrk(cfnode *nd) { return !(prn->brk & bit(nd->type)) || out.empty(nd->group); }
 };

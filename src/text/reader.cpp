@@ -11,7 +11,7 @@ using namespace cf;
 
 namespace {
 
-/// Handles a line as the slots say, asked in the order of the kinds.
+/// Handles lines as the slots say, asked in the order of the kinds.
 struct slot_reading {
   using input = line_input;
 
@@ -26,45 +26,37 @@ struct slot_reading {
       return take(lex->scangrp(lex), tree);
     }
     if (lex->isgrpend(lex))
-      return tree.end();
+      return tree.endgroup();
     if (lex->isparam(lex))
       return take(lex->scanpar(lex), tree);
     tree.syntaxerror();
   }
 
-  /// Takes what a scanner gave: it should be new and not NULL, but nothing breaks if it is not.
+  /// Takes what a scanner gave. It should be new; NULL and what holds the open group are no elements.
   template <class Element> static void take(Element *elem, nesting &tree) {
-    if (!elem)
+    if (!elem || tree.isopen(&elem->link))
       return tree.syntaxerror();
     takeout(&elem->link);
     tree.put(elem);
   }
 };
 
-/// Handles a line as the default slots would, if none was replaced: one look at it tells what five
-/// classifiers would, and where the scanners would cut.
-class plain_reading {
-public:
+/// Handles lines as the default slots would, if none was replaced: one look tells what five classifiers
+/// would, and where the scanners would cut.
+struct plain_reading {
   using input = block_input;
 
-  static void read(cflexer *lex, nesting &tree) { look(lex->row, plain_reading(tree, lex->nrow)); }
-
-  void none() { tree.syntaxerror(); }
-  void empty() {}
-  void remark(const char *mark) { tree.put(makerem(cutremark(mark), nrow)); }
-  void grpbeg(std::string_view cat, std::string_view name) {
-    tree.put(makegrp(cat, name, cf_grpinst, nrow));
+  static void read(cflexer *lex, nesting &tree) {
+    const line it = look(lex->row);
+    switch (it.kind) {
+    case linekind::empty: return;
+    case linekind::remark: return tree.put(makerem(cutremark(it.mark), lex->nrow));
+    case linekind::grpbeg: return tree.put(makegrp(it.cat, it.word, cf_grpinst, lex->nrow));
+    case linekind::grpend: return tree.endgroup();
+    case linekind::param: return tree.put(makepar(it.word, cutvalue(it.mark), lex->nrow));
+    case linekind::none: return tree.syntaxerror();
+    }
   }
-  void grpend() { tree.end(); }
-  void param(std::string_view key, const char *mark) {
-    tree.put(makepar(key, cutvalue(mark), nrow));
-  }
-
-private:
-  plain_reading(nesting &reached, long row) : tree(reached), nrow(row) {}
-
-  nesting &tree;
-  long nrow;
 };
 
 template <class Reading> void read(cflexer *lex) {
@@ -83,7 +75,7 @@ template <class Reading> void read(cflexer *lex) {
       Reading::read(lex, tree);
     }
   }
-  tree.finish();
+  tree.endinput();
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
@@ -16,6 +15,7 @@ public:
   explicit writer(std::FILE *stream) : fd(stream) {}
 
   void put(std::string_view text) {
+    total += text.size();
     if (text.size() > sizeof buf - used) {
       flush();
       if (text.size() > sizeof buf)
@@ -40,11 +40,13 @@ public:
   }
 
   bool ok() const { return good; }
+  size_t count() const { return total; } ///< bytes put so far
 
 private:
   std::FILE *fd;
   bool good = true;
   size_t used = 0;
+  size_t total = 0;
   char buf[4096];
 
   void write(std::string_view text) {

@@ -48,19 +48,16 @@ private:
   unsigned char vvalcache[value_buffer_size] = {};
 };
 
-/// Gives a plain parameter its new value, or none; the former one is released only now.
+/// The value that a plain parameter is to lose, if it is a block; to be released when nothing names it.
+void *former(cfparam *par) { return owns_value(par) ? const_cast<void *>(par->vval) : nullptr; }
+
 void setvalue(cfparam *par, cfeval_t eval, const void *vval) {
-  void *former = owns_value(par) ? const_cast<void *>(par->vval) : nullptr;
   par->eval = eval;
   par->vval = vval;
-  if (former)
-    release(former);
 }
 
-/// Evaluates a plain parameter.
+/// Evaluates a plain parameter that has another value or none, which is not released.
 bool evaluate(cfparam *par, cfeval_t eval) {
-  if (par->eval == eval)
-    return true;
   int size = eval(nullptr, nullptr);
   if (size < 0)
     size = eval(par->val, nullptr);
@@ -88,21 +85,27 @@ cfparam *target(cfparam *par) {
 
 int cfevalpar(cfparam *par, cfeval_t eval) {
   assert(eval);
-  const cfparam *plain = target(par);
-  if (!evaluate(target(par), eval))
-    return 0;
-  for (; par != plain; par = aspar(par->link.ref)) {
-    par->eval = plain->eval;
-    par->vval = plain->vval;
+  cfparam *plain = target(par);
+  void *block = nullptr;
+  if (plain->eval != eval) {
+    block = former(plain);
+    if (!evaluate(plain, eval))
+      return 0;
   }
+  for (; par != plain; par = aspar(par->link.ref))
+    setvalue(par, plain->eval, plain->vval);
+  if (block)
+    release(block);
   return 1;
 }
 
 cfparam *cfunevalpar(cfparam *par) {
-  for (cfparam *it = par; it->link.ref; it = aspar(it->link.ref)) {
-    it->vval = nullptr;
-    it->eval = nullptr;
-  }
-  setvalue(target(par), nullptr, nullptr);
+  cfparam *plain = target(par);
+  void *block = former(plain);
+  for (cfparam *it = par; it != plain; it = aspar(it->link.ref))
+    setvalue(it, nullptr, nullptr);
+  setvalue(plain, nullptr, nullptr);
+  if (block)
+    release(block);
   return par;
 }
