@@ -1,0 +1,72 @@
+# The two libraries: the target cf, of the kind that BUILD_SHARED_LIBS asks for, and its twin of the
+# other kind. Whatever stands here is PRIVATE, so that nothing of it reaches a user of the library.
+# SPDX-License-Identifier: MIT
+
+include(GNUInstallDirs)
+
+file(GLOB cf_sources CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} src/*/*.cpp)
+
+# Gives a target of ours the warnings that all of our code is free of.
+function(cf_warn target)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wvla -Wformat=2
+    $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast>
+    $<$<BOOL:${CF_WARNINGS_AS_ERRORS}>:-Werror>)
+endfunction()
+
+function(cf_add_library target kind)
+  add_library(${target} ${kind} ${ARGN} ${cf_sources})
+  string(TOLOWER ${kind} name)
+  add_library(cf::${name} ALIAS ${target})
+  target_include_directories(${target}
+    PUBLIC
+      $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+      $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+    PRIVATE ${PROJECT_SOURCE_DIR}/src)
+  target_compile_features(${target} PRIVATE cxx_std_20)
+  target_compile_options(${target} PRIVATE -fno-rtti)
+  cf_warn(${target})
+  set_target_properties(${target} PROPERTIES
+    OUTPUT_NAME cf
+    EXPORT_NAME ${name}
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    CXX_EXTENSIONS OFF
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+endfunction()
+
+# Inside another project the twin is built only if somebody asks for it.
+if(NOT PROJECT_IS_TOP_LEVEL AND NOT CF_INSTALL)
+  set(cf_if_asked EXCLUDE_FROM_ALL)
+endif()
+if(BUILD_SHARED_LIBS)
+  set(cf_static cf_static)
+  set(cf_shared cf)
+  cf_add_library(cf_static STATIC ${cf_if_asked})
+  cf_add_library(cf SHARED)
+else()
+  set(cf_static cf)
+  set(cf_shared cf_shared)
+  cf_add_library(cf STATIC)
+  cf_add_library(cf_shared SHARED ${cf_if_asked})
+endif()
+add_library(cf::cf ALIAS cf)
+
+# A C program that links the static library needs the C++ runtime, which its own linker does not add.
+set(cf_runtime ${CMAKE_CXX_IMPLICIT_LINK_LIBRARIES})
+list(FILTER cf_runtime INCLUDE REGEX "^(stdc|c)\\+\\+$")
+target_link_libraries(${cf_static} INTERFACE $<$<LINK_LANGUAGE:C>:${cf_runtime}>)
+
+# The symbol map is the list of what is exported. Calls inside the library are bound when it is linked,
+# except those of the functions that an application may displace.
+if(NOT APPLE)
+  set(map ${PROJECT_SOURCE_DIR}/cmake/cf.map)
+  set(displaceable ${PROJECT_SOURCE_DIR}/cmake/displaceable.list)
+  target_link_options(${cf_shared} PRIVATE
+    LINKER:--version-script=${map}
+    LINKER:-Bsymbolic-functions
+    LINKER:--dynamic-list=${displaceable}
+    LINKER:--as-needed)
+  set_target_properties(${cf_shared} PROPERTIES LINK_DEPENDS "${map};${displaceable}")
+endif()
