@@ -63,7 +63,7 @@
 extern "C" {
 #endif
 
-/** @defgroup node Elements
+/** @defgroup cf_node Elements
  * Records, links, construction, deletion, copies, iteration and search.
  * @{ */
 
@@ -328,7 +328,7 @@ CF_API cfnode *cfseekpar(cfnode *it, const char *key, const char *val);
 
 /** @} */
 
-/** @defgroup value Values
+/** @defgroup cf_value Values
  * Evaluators, evaluation and the typed getters.
  * @{ */
 
@@ -384,7 +384,7 @@ CF_API const char *cfvstr(const cfparam *par);
 
 /** @} */
 
-/** @defgroup text Reading and printing
+/** @defgroup cf_text Reading and printing
  *
  * A file is lines of at most 4095 bytes with their line end, each of one kind (W: white space or
  * none):
@@ -485,17 +485,17 @@ CF_API int cfprint(FILE *fd, cfprinter *prn, cfgroup *top, const char *fname);
 
 /** @} */
 
-/** @defgroup scope Checking and comparing
+/** @defgroup cf_scope Checking and comparing
  *
  * Elements are named to the application by *scope strings*: where in its schema an element stands.
  *
  * | element                 | scope string                               | example              |
  * |-------------------------|--------------------------------------------|----------------------|
- * | parameter in no group   | `::` key                                   | `::verbose`          |
- * | parameter in host alpha | category `::` key                          | `host::addr`         |
- * | parameter in net        | path of the group, key                     | `::net.port`         |
- * | group host alpha in net | path of its parent, name `.` category `::` | `::net.alpha.host::` |
- * | group net               | path of its parent, name `.`               | `::net.`             |
+ * | parameter in no group   | `::` key                                   | "::verbose"          |
+ * | parameter in host alpha | category `::` key                          | "host::addr"         |
+ * | parameter in net        | path of the group, key                     | "::net.port"         |
+ * | group host alpha in net | path of its parent, name `.` category `::` | "::net.alpha.host::" |
+ * | group net               | path of its parent, name `.`               | "::net."             |
  *
  * A category cuts off what stands above it: below host alpha every path begins with `host::`.
  * @{ */
@@ -577,7 +577,7 @@ CF_API int cfdiffnd(cfdiff *diff, const cfnode *nd1, const cfnode *nd2);
 
 /** @} */
 
-/** @defgroup catalog Catalog
+/** @defgroup cf_catalog Catalog
  *
  * A second tree of references, over a tree or over another catalog, filed by category, name and
  * key:
@@ -675,7 +675,7 @@ CF_API void cfcatdelpar(cfparam *celem);
 
 /** @} */
 
-/** @defgroup platform Messages
+/** @defgroup cf_platform Messages
  * Defined by the library, and each displaced alone by a definition of the application's own.
  * @{ */
 

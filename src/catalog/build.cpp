@@ -6,6 +6,8 @@
 #include "node/ring.h"
 #include "node/walk.h"
 
+#include <cassert>
+
 namespace cf {
 namespace {
 
@@ -46,9 +48,10 @@ struct filer {
   }
   go leave(cfgroup *grp) {
     if (isfiled(grp))
-      do
+      do {
         gc = gc->link.group;
-      while (gc != root && gc->type == cf_grpcat);
+        assert(gc);
+      } while (gc != root && gc->type == cf_grpcat);
     return go::on;
   }
 };

@@ -42,7 +42,7 @@ void show(cfnode *ref, cfnode *nd) {
 }
 
 /// Files what is below the target of each reference group from `lowest` up to `ref`.
-void refile(cfnode *lowest, cfnode *ref) {
+void refile(cfnode *lowest, cfnode *ref) { // NOLINT(misc-no-recursion): a step for each link.ref
   if (ref != lowest)
     refile(lowest, ref->ref);
   _cfcatelem(asgrp(ref), asgrp(ref->ref));

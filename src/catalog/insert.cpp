@@ -5,6 +5,8 @@
 #include "node/ring.h"
 #include "node/walk.h"
 
+#include <cassert>
+
 using namespace cf;
 
 namespace {
@@ -18,7 +20,7 @@ public:
   explicit insertion(cfgroup_t climbed) : level(climbed) {}
 
   /// Files an instance, with all below it, in the catalogs from the lowest up to that of `gc`.
-  cfgroup *file(cfgroup *gc, cfgroup *inst) {
+  cfgroup *file(cfgroup *gc, cfgroup *inst) { // NOLINT(misc-no-recursion): a step for each link.ref
     if (cfgroup *lower = below(gc); standsfor(lower))
       inst = file(lower, inst);
     cfgroup *ref = _cfcatgrp(gc, inst);
@@ -28,7 +30,7 @@ public:
   }
 
   /// Files a parameter likewise.
-  cfparam *file(cfgroup *gc, cfparam *par) {
+  cfparam *file(cfgroup *gc, cfparam *par) { // NOLINT(misc-no-recursion): a step for each link.ref
     if (cfgroup *lower = below(gc); standsfor(lower))
       par = file(lower, par);
     cfparam *ref = _cfcatpar(gc, par);
@@ -41,8 +43,10 @@ public:
     while (standsfor(gc))
       gc = below(gc);
     putlast(gc, elem);
-    while (!isanchor(waiting.first()))
+    while (!isanchor(waiting.first())) {
+      assert(waiting.first()->group);
       movelast(waiting.first()->group, waiting.first());
+    }
   }
 
 private:
@@ -50,7 +54,7 @@ private:
   ring waiting;
 
   /// The owner in the catalog under that of `gc`, or the group of the tree.
-  cfgroup *below(cfgroup *gc) const { return owner(standsfor(gc), level); }
+  cfgroup *below(cfgroup *gc) const { return owner(asgrp(gc->link.ref), level); }
 
   void wait(cfnode *ref) {
     cfgroup *place = ref->group;

@@ -52,6 +52,7 @@ cfgroup *collector::boundblock(const cfnode *cnd, cfgroup *parent) const {
 }
 
 /// Collects one node, its targets first. Gives what is to be collected next, or NULL to go `back`.
+// NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
 cfnode *collector::collect(cfnode *cnd, cfnode *&back) {
   _cfcatdelnd(cnd->ref);
   cfgroup *parent = cnd->group;
@@ -82,7 +83,7 @@ cfnode *collector::next(cfnode *&back) {
   return block ? &block->link : nullptr;
 }
 
-void collector::_cfcatdelnd(cfnode *cnd) {
+void collector::_cfcatdelnd(cfnode *cnd) { // NOLINT(misc-no-recursion): a step for each link.ref
   if (!cnd || isanchor(cnd))
     return;
   cfnode *back = dlst.end();

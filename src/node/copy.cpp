@@ -4,9 +4,13 @@
 #include "node/ring.h"
 #include "node/walk.h"
 
+#include <cassert>
+
 using namespace cf;
 
 namespace {
+
+// NOLINTBEGIN(misc-no-recursion): a step for each link.ref
 
 /// One operation of copying. The copies that are in no list, the result and those of targets, are held
 /// on a ring: an exception on the way leaves nothing of them.
@@ -55,16 +59,19 @@ struct copier {
     return go::on;
   }
   go leaf(const cfnode *nd) {
+    assert(at);
     if (nd->type == cf_param) {
       cfparam *copy = copies.record(aspar(nd));
       putlast(at, &copy->link);
       evaluate(copy, aspar(nd));
     } else {
-      putlast(at, &cfduprem(asrem(nd))->link);
+      const cfremark *rem = asrem(nd);
+      putlast(at, &makerem(rem->txt, rem->row)->link);
     }
     return go::on;
   }
   go leave(const cfgroup *) {
+    assert(at);
     at = at->link.group;
     return go::on;
   }
@@ -82,6 +89,8 @@ cfparam *copying::of(const cfparam *par) {
   evaluate(copy, par);
   return copy;
 }
+
+// NOLINTEND(misc-no-recursion)
 
 template <class Element> Element *copyof(const Element *elem) {
   if (!elem)

@@ -6,6 +6,6 @@
 #include <cstdlib>
 
 __attribute__((weak)) void fail(const char *msg) {
-  std::fprintf(stderr, "%s\n", msg);
+  std::fprintf(stderr, "%s\n", msg); // NOLINT(cert-err33-c): nowhere to tell it
   std::abort();
 }

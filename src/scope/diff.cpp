@@ -74,6 +74,7 @@ bool issame(const cfnode *i1, const cfnode *i2) {
 }
 
 /// True if the streams of two elements differ.
+// NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
 bool differs(cfdiff *diff, const cfnode *nd1, const cfnode *nd2) {
   if (!nd1 || !nd2)
     return nd1 != nd2;
@@ -101,7 +102,8 @@ cfdiff *cfdiffdfl(cfdiff *diff) {
   return diff;
 }
 
+// NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
 int cfdiffnd(cfdiff *diff, const cfnode *nd1, const cfnode *nd2) {
-  diff->diff = differs(diff, nd1, nd2);
+  diff->diff = differs(diff, nd1, nd2) ? 1 : 0;
   return diff->diff;
 }

@@ -48,7 +48,7 @@ size_t putscope(char *to, const char *text, const char *mark) {
   const size_t texts = std::strlen(text);
   const size_t marks = std::strlen(mark);
   if (to) {
-    std::memcpy(to, text, texts);
+    std::memcpy(to, text, texts); // NOLINT(bugprone-not-null-terminated-result): the mark ends it
     std::memcpy(to + texts, mark, marks + 1);
   }
   return texts + marks;

@@ -5,6 +5,8 @@
 #include "node/link.h"
 #include "node/make.h"
 
+#include <cassert>
+
 namespace cf {
 namespace {
 
@@ -28,6 +30,7 @@ cfnode *gather(cfnode *first) {
     row = nextrow(row);
     movelast(run, it);
     it = run->link.next; // what followed the remark follows the run now
+    assert(it);
   }
   if (it->type == cf_group && asgrp(it)->row == row) {
     cfgroup *grp = asgrp(it);
