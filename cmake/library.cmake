@@ -4,7 +4,17 @@
 
 include(GNUInstallDirs)
 
-file(GLOB cf_sources CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} src/*/*.cpp)
+set(cf_sources
+  src/platform/emsg.cpp src/platform/fail.cpp src/platform/wmsg.cpp
+  src/node/copy.cpp src/node/link.cpp src/node/make.cpp src/node/memory.cpp src/node/remove.cpp
+    src/node/seek.cpp
+  src/value/evaluators.cpp src/value/getters.cpp src/value/value.cpp
+  src/text/blocks.cpp src/text/input.cpp src/text/lexer.cpp src/text/printer.cpp src/text/reader.cpp
+  src/scope/diff.cpp src/scope/duplicate.cpp src/scope/names.cpp src/scope/parser.cpp
+    src/scope/scope.cpp
+  src/catalog/build.cpp src/catalog/exchange.cpp src/catalog/insert.cpp src/catalog/lookup.cpp
+    src/catalog/remove.cpp)
+list(TRANSFORM cf_sources PREPEND ${PROJECT_SOURCE_DIR}/)
 
 # Gives a target of ours the warnings that all of our code is free of.
 function(cf_warn target)

@@ -19,7 +19,8 @@ int main(void) {
   rewind(fd);
   ok = cflex(&lex, fd, "app.conf");
   catalog = cfcatalog(lex.top);
-  ok = ok && strcmp(cfstr(cfcatgetpar(cfcatgetgrp(catalog, "host", "alpha"), "port", NULL)), "80") == 0;
+  ok = ok &&
+       strcmp(cfstr(cfcatgetpar(cfcatgetgrp(catalog, "host", "alpha"), "port", NULL)), "80") == 0;
   cfcatdelgrp(catalog);
   fclose(fd);
   return !(ok && *type);
