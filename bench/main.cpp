@@ -1,0 +1,81 @@
+// The benchmark: every operation on every shape, named Operation/library/shape.
+// SPDX-License-Identifier: MIT
+#include "operations.h"
+#include "verify.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <limits>
+
+#include <malloc.h>
+
+namespace {
+
+using namespace bench;
+
+constexpr std::array shapes = {"typical", "wide", "deep"};
+
+/// Times `work` alone: preparing and clearing stay off the clock. Gives the least time of all rounds,
+/// since what else runs on the machine can only add to it.
+double timed(benchmark::State &state, const Task &task, std::size_t repeats) {
+  using clock = std::chrono::steady_clock;
+  double least = std::numeric_limits<double>::max();
+  for ([[maybe_unused]] auto _ : state) {
+    if (task.prepare)
+      task.prepare();
+    const auto begin = clock::now();
+    for (std::size_t i = 0; i < repeats; ++i)
+      task.work();
+    const std::chrono::duration<double> took = clock::now() - begin;
+    if (task.clear)
+      task.clear();
+    state.SetIterationTime(took.count());
+    least = std::min(least, took.count() / static_cast<double>(repeats));
+  }
+  return least;
+}
+
+void run(benchmark::State &state, const Operation &operation, const std::string &name) {
+  const Shape &content = shape(name);
+  const Task task = operation.make(content);
+  const bool brief = content.elements < 1000 && !task.prepare && !task.clear;
+  const double least = timed(state, task, brief ? 32 : 1); // reading the clock takes its time too
+  const std::size_t units = task.units ? task.units : content.elements;
+  state.counters["ns"] = least * 1e9 / static_cast<double>(units); // for an element or a look-up
+}
+
+void list(const Operation &operation, const std::string &shape) {
+  benchmark::RegisterBenchmark((operation.name + "/" + operation.library + "/" + shape).c_str(),
+                               [&operation, shape](auto &state) { run(state, operation, shape); })
+      ->UseManualTime();
+}
+
+/// Keeps released memory in the process: else the kernel's clearing of fresh pages is a good part of
+/// each round, or is not, by the chance of what lies at the heap's end.
+void keepmemory() {
+  mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+  mallopt(M_MMAP_MAX, 0);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+  keepmemory();
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    return 1;
+  for (const char *shape : shapes)
+    verify(bench::shape(shape));
+  for (const Operation &operation : operations()) {
+    for (const char *shape : shapes)
+      list(operation, shape);
+    if (operation.scales)
+      for (const char *shape : {"scale:1000", "scale:10000", "scale:100000", "scale:1000000"})
+        list(operation, shape);
+  }
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+}

@@ -1,0 +1,70 @@
+// Peer: another library under the same operations.
+//
+// A peer is a class that holds one document: constructed for a shape, with readfile() and
+// readmemory() that give false on failure, get() of an integer parameter, clear(), and print() if
+// the library has one; `name` and `syntax` are static.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "operations.h"
+#include "ours/trees.h"
+#include "syntax.h"
+
+namespace bench {
+
+template <class Peer> std::shared_ptr<Peer> loaded(const Shape &shape) {
+  auto peer = std::make_shared<Peer>(shape);
+  return peer->readmemory(input(shape, Peer::syntax).text) ? peer : (broken(Peer::name), nullptr);
+}
+
+template <class Peer> Task peerreadingfile(const Shape &shape) {
+  auto peer = std::make_shared<Peer>(shape);
+  return {.work =
+              [peer, &in = input(shape, Peer::syntax)] {
+                if (!peer->readfile(in.file))
+                  broken(Peer::name);
+              },
+          .clear = [peer] { peer->clear(); }};
+}
+
+template <class Peer> Task peerreadingmemory(const Shape &shape) {
+  auto peer = std::make_shared<Peer>(shape);
+  return {.work =
+              [peer, &in = input(shape, Peer::syntax)] {
+                if (!peer->readmemory(in.text))
+                  broken(Peer::name);
+              },
+          .clear = [peer] { peer->clear(); }};
+}
+
+template <class Peer> Task peerlookup(const Shape &shape) {
+  return {.work =
+              [&shape, peer = loaded<Peer>(shape)] {
+                for (const Route &route : shape.routes)
+                  if (peer->get(route) != route.value)
+                    broken(Peer::name);
+              },
+          .units = shape.routes.size()};
+}
+
+template <class Peer> Task peerprinting(const Shape &shape) {
+  return {.work = [peer = loaded<Peer>(shape), sink = opensink()] { peer->print(sink.get()); }};
+}
+
+template <class Peer> Task peerdeleting(const Shape &shape) {
+  auto peer = std::make_shared<Peer>(shape);
+  return {.work = [peer] { peer->clear(); },
+          .prepare = [peer, &in = input(shape, Peer::syntax)] { peer->readmemory(in.text); }};
+}
+
+/// For static registration.
+template <class Peer> bool addpeer() {
+  add({"ReadFile", Peer::name, peerreadingfile<Peer>});
+  add({"ReadMemory", Peer::name, peerreadingmemory<Peer>, true});
+  add({"Lookup", Peer::name, peerlookup<Peer>});
+  if constexpr (requires(Peer peer, std::FILE * fd) { peer.print(fd); })
+    add({"Print", Peer::name, peerprinting<Peer>});
+  return add({"Delete", Peer::name, peerdeleting<Peer>});
+}
+
+} // namespace bench
