@@ -46,7 +46,7 @@ fetched block_input::next() {
   }
   *after = '\0';
   // As with fgets(), what a failing stream gave of a line is no line.
-  if (!ended && (length == 0 || (!failed && std::ferror(fd))))
+  if (!ended && (length == 0 || !std::feof(fd)))
     return fetched::end;
   return fetched::line;
 }

@@ -43,7 +43,7 @@ private:
 /// of reading. The stream is ahead of the line.
 class block_input {
 public:
-  explicit block_input(std::FILE *stream) : fd(stream), failed(std::ferror(stream) != 0) {}
+  explicit block_input(std::FILE *stream) : fd(stream) {}
   const char *row() const { return begin; }
 
   fetched next();
@@ -53,7 +53,6 @@ private:
   static constexpr size_t block = 16384;
 
   std::FILE *fd;
-  bool failed;        // a failure from before is not ours
   bool more = true;   // the stream may have more
   bool ended = false; // the line has its line end
   char held = '\0';   // the byte behind the line, where its terminator stands
