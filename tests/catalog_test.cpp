@@ -165,8 +165,11 @@ void chained() {
   cfcatsetgrp(root, cfaddpar(cfnewgrp("", "G", cf_grpinst, 1), cfnewpar("d", "5", 1)));
   cfcataddpar(cfcatgetgrp(root, "", "g"), cfnewpar("d", "6", 1));
   cfcatdelpar(cfcatgetpar(root, "a", nullptr));
-  EXPECT_EQ(shape(root), "a=, g/(* G(d=(*d=5, *d=6))), c=(*c=3)");
-  EXPECT_EQ(kit::print(top), "G {\n  d = 5\n  d = 6\n}\nc = 3\n");
+  cfcatdelpar(cfcatgetpar(root, "c", nullptr));
+  EXPECT_EQ(cfcatgetpar(root, "c", nullptr), nullptr) << "its level has run empty";
+  cfcataddpar(root, cfnewpar("C", "7", 1));
+  EXPECT_EQ(shape(root), "a=, g/(* G(d=(*d=5, *d=6))), c=(*C=7)");
+  EXPECT_EQ(kit::print(top), "G {\n  d = 5\n  d = 6\n}\nC = 7\n");
   kit::checkcatalog(root);
   deletes(root, &root->link, 0);
 }

@@ -236,7 +236,7 @@ TEST(Edit, DoesAsTheExamples) {
   }
 }
 
-TEST(Edit, ExchangesTheTargetOfARemark) { // a reference that only an application makes
+TEST(Edit, BearsWhatNoCatalogHolds) {
   const kit::meter memory;
   const kit::tree top(cfaddrem(cfnewgrp("", "", cf_grptop, -1), cfnewrem("old", 1)));
   cfremark *ref = cfnewrem("", 0), *nd = cfnewrem("new", 2);
@@ -245,6 +245,8 @@ TEST(Edit, ExchangesTheTargetOfARemark) { // a reference that only an applicatio
   EXPECT_TRUE(ref->link.ref == &nd->link && ref->row == 2 && ref->txt == nd->txt);
   EXPECT_EQ(kit::dump(top.get()), "top -1\n  remark 2 'new'\n");
   cfdelrem(ref);
+  cfcatdelnd(nullptr), cfcatdelgrp(nullptr), cfcatdelpar(nullptr), cfcatdelnd(&top->elem);
+  EXPECT_TRUE(!cfcatclrgrp(nullptr) && cfcatclrgrp(top.get()) == top.get() && cfempty(top.get()));
 }
 
 /// The texts of the levels of a reference, or of those where it belongs, in lower case.

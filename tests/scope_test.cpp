@@ -172,20 +172,15 @@ TEST(Check, BearsASloppyGenscope) {
   const kit::meter memory;
   const kit::tree top(kit::read("a=\nb=\nc=\nd=\n").top);
   static size_t calls;
-  cfparser parser{[](char *text, cfnode *) {
-                    // Much and little by turns is announced, and all of it written or next to
-                    // nothing, never with an end.
-                    const size_t size = calls / 2 % 2 ? 2 : 5000, used = calls / 4 ? size : 1;
-                    ++calls;
-                    EXPECT_TRUE(!text || string(text, size) == string(size, '\0'));
-                    return text ? std::memset(text, 'n', used),
-                           0U   : static_cast<unsigned int>(size);
-                  },
-                  fromtable,
-                  0,
-                  0,
-                  nullptr,
-                  nullptr};
+  cfparser parser{};
+  // Much and little by turns is announced, and all of it written or next to nothing, never an end.
+  parser.genscope = [](char *text, cfnode *) {
+    const size_t size = calls / 2 % 2 ? 2 : 5000, used = calls / 4 ? size : 1;
+    ++calls;
+    EXPECT_TRUE(!text || string(text, size) == string(size, '\0'));
+    return text ? std::memset(text, 'n', used), 0U : static_cast<unsigned int>(size);
+  };
+  parser.scopedef = fromtable;
   asked.clear();
   cfparse(&parser, top.get(), "f");
   kit::said();
@@ -196,19 +191,18 @@ TEST(Check, ReportsScopesOfMegabytes) {
   const kit::tree top(cfnewgrp("", "", cf_grptop, -1));
   cfgroup *at = top.get();
   string scope = "::";
-  for (const size_t size : {2'000'000, 1, 3'000'000}) {
+  for (const size_t size : {2'000'000U, 1U, 3'000'000U}) {
     at = cfgrp(cfaddgrp(at, cfnewgrp("", string(size, 'n').c_str(), cf_grpinst, -1))->elem.prev);
     scope += string(size, 'n') + '.';
   }
   cfaddpar(at, cfnewpar("int", "x", -1));
   for (const bool slot : {false, true})
     kit::on_small_stack([&] {
-      cfparser parser{}, plain{};
-      cfparsedfl(&plain);
-      static unsigned int (*genscope)(char *, cfnode *) = plain.genscope;
+      cfparser plain{};
+      static const auto genscope = cfparsedfl(&plain)->genscope;
+      cfparser parser{nullptr, byname, 0, 0, nullptr, nullptr};
       if (slot)
         parser.genscope = [](char *text, cfnode *nd) { return genscope(text, nd); };
-      parser.scopedef = byname;
       EXPECT_EQ(cfparse(&parser, top.get(), "f"), 0);
       EXPECT_TRUE(kit::said() == "E f/" + scope + "int: value expression error\n");
     });
