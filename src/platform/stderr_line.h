@@ -8,8 +8,9 @@
 namespace cf {
 
 __attribute__((format(printf, 1, 0))) inline void stderr_line(const char *fmt, va_list args) {
-  std::vfprintf(stderr, fmt, args);
-  std::fputc('\n', stderr);
+  // A failure of standard error could be told nowhere.
+  static_cast<void>(std::vfprintf(stderr, fmt, args));
+  static_cast<void>(std::fputc('\n', stderr));
 }
 
 } // namespace cf
