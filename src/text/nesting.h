@@ -21,6 +21,8 @@ public:
 
   /// True for the open group and all that hold it.
   bool isopen(const cfnode *nd) const {
+    if (!nd->group && nd != &lex->top->link)
+      return false; // what is new is in no list, and the climb is saved
     const cfgroup *it = grp;
     while (it && &it->link != nd)
       it = it->link.group;
