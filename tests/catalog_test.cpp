@@ -160,8 +160,9 @@ void chained() {
   for (int n = 0; n < 100; ++n)
     root = cfcatalog(root);
   cfgroup *g = cfcatgetgrp(root, "", "g");
-  EXPECT_EQ(cfevalpar(cfcatsetpar(g, cfnewpar("B", "4", 1)), cfevint), 1);
-  EXPECT_EQ(cfint(cfcatgetpar(g, "b", nullptr)), 4);
+  const cfparam *b = cfcatgetpar(g, "b", nullptr);
+  EXPECT_EQ(cfcatsetpar(g, cfnewpar(b->key, b->val, 1)), b); // of the texts of what it replaces
+  EXPECT_EQ(cfevalpar(cfcatgetpar(g, b->key, b->val), cfevint) ? cfint(b) : 0, 2);
   cfcatsetgrp(root, cfaddpar(cfnewgrp("", "G", cf_grpinst, 1), cfnewpar("d", "5", 1)));
   cfcataddpar(cfcatgetgrp(root, "", "g"), cfnewpar("d", "6", 1));
   cfcatdelpar(cfcatgetpar(root, "a", nullptr));

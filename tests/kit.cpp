@@ -208,6 +208,8 @@ void meter::release(void *given) {
   std::free(block);
   --current->live_;
   current->freed_.push_back(given);
+  if (current->leave_releasing_)
+    throw out();
 }
 
 size_t meter::leave_at_each(const std::function<void()> &task, const std::function<void()> &after) {

@@ -60,6 +60,7 @@ public:
   const std::vector<const void *> &released() const { return freed_; } ///< in their order
   /// Of the allocations from now on, the n-th throws `out`; 0: none.
   void leave_at(size_t n) { leave_ = n; }
+  void leave_releasing(bool on) { leave_releasing_ = on; } ///< releases each block and then throws
   /// Calls `task` with its first allocation throwing, its second... until it ends by itself, and each
   /// time `after`. What was made must be released then. Gives the number of allocations of `task`.
   size_t leave_at_each(const std::function<void()> &task, const std::function<void()> &after = {});
@@ -68,6 +69,7 @@ private:
   struct cfmmgr former_;
   meter *outer_;
   size_t live_ = 0, leave_ = 0;
+  bool leave_releasing_ = false;
   std::vector<size_t> sizes_;
   std::vector<const void *> freed_;
   static meter *current;

@@ -178,6 +178,16 @@ TEST(Node, DeletionClosesTheRing) {
   EXPECT_EQ(kit::dump(top.get()), "top -1\n  run 1\n  inst 4 'c' 'g'\n");
 }
 
+TEST(Node, DeletionEndsThoughTheManagerLeaves) {
+  kit::meter meter;
+  cfgroup *top = kit::read("# r\na {\nk=1\n}\nl=2\n").top;
+  cfevalpar(cfpar(top->elem.prev), large);
+  meter.leave_releasing(true);
+  EXPECT_THROW(cfclrgrp(top), kit::out);
+  EXPECT_TRUE(cfempty(top) && meter.live() == 1);
+  EXPECT_THROW(cfdelgrp(top), kit::out);
+}
+
 TEST(Node, Copies) {
   kit::meter meter;
   const kit::tree top(kit::read("# r\nc g {\n# s\na=text\nb=12\nc=large\nd=x\n}\n# t\n").top);

@@ -25,8 +25,8 @@ struct meddler : cfprinter {
   template <auto Slot, class Element> static int through(cfprinter *prn, Element *elem) {
     auto *it = static_cast<meddler *>(prn);
     if (++it->calls != it->fails)
-      return (it->dfl.*Slot)(prn, elem);
-    return it->leaves ? throw kit::out() : -1;
+      return (it->dfl.*Slot)(prn, elem) < 0 ? -1 : 0;
+    return it->leaves ? throw kit::out() : -7;
   }
 };
 
@@ -102,6 +102,7 @@ TEST(Printer, WorkedExample) {
     meddler prn(slot);
     EXPECT_EQ(kit::print(top.get(), &prn), kit::data("worked.out"));
     EXPECT_GT(prn.calls, 0U) << "slot " << slot << " was not called";
+    EXPECT_EQ(prn.brk, 1 << cf_group | 1 << cf_remark | 1 << cf_param) << "behind free remarks";
   }
   EXPECT_EQ(print(catalog.get()),
             "link main {\n  speed = 100  # per second\n  tries = 3\n  \n  opts {\n"

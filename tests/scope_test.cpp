@@ -153,6 +153,9 @@ TEST(Check, FindsWhatIsRepeated) {
 
 TEST(Check, TellsScopesWhereThereAreNoLines) {
   const kit::tree top(cfnewgrp("", "", cf_grptop, -1));
+  cfgroup *named = cfnewgrp("c", "n", cf_grpinst, -1);
+  cfaddpar(cfaddgrp(named, cfnewgrp("c", "", cf_grpinst, -1)), cfnewpar("", "", -1));
+  cfaddpar(cfaddrem(cfaddgrp(top.get(), named), cfnewrem("", -1)), cfnewpar("", "", -1));
   for (const char *cat : {"", "c", "c", "C", ""}) // texts that are empty are like one another alone
     cfaddgrp(top.get(), cfnewgrp(cat, "", cf_grpinst, -1));
   EXPECT_EQ(brief(top.get()), "::.c::d ::.C::d ::.d ");
