@@ -20,8 +20,8 @@ kept_names::kept_names(const cfparser *parser) {
 }
 
 /// Writes a part of a scope string at `at`. Gives the place of its terminator.
-size_t kept_names::put(size_t at, const char *text, const char *mark) {
-  char *data = buf.reserve(at + putscope(nullptr, text, mark) + 1, at);
+size_t kept_names::put(size_t at, std::string_view text, std::string_view mark) {
+  char *data = buf.reserve(at + text.size() + mark.size() + 1, at);
   return at + putscope(data + at, text, mark);
 }
 

@@ -44,14 +44,13 @@ size_t scope(char *scbf, const cfnode *nd) {
 
 } // namespace
 
-size_t putscope(char *to, const char *text, const char *mark) {
-  const size_t texts = std::strlen(text);
-  const size_t marks = std::strlen(mark);
+size_t putscope(char *to, std::string_view text, std::string_view mark) {
   if (to) {
-    std::memcpy(to, text, texts); // NOLINT(bugprone-not-null-terminated-result): the mark ends it
-    std::memcpy(to + texts, mark, marks + 1);
+    to += text.copy(to, text.size());
+    to += mark.copy(to, mark.size());
+    *to = '\0';
   }
-  return texts + marks;
+  return text.size() + mark.size();
 }
 
 size_t _grpscope(char *sbf, const cfgroup *grp) {

@@ -4,6 +4,8 @@
 
 #include "cf.h"
 
+#include <string_view>
+
 namespace cf {
 
 /// The default of the genscope slots. With NULL `scbf` it gives the bytes that the scope string of
@@ -16,6 +18,6 @@ size_t _grpscope(char *sbf, const cfgroup *grp);
 
 /// Writes a part of a scope string, `text` and the mark behind it, with a terminator. Gives its length
 /// without terminator; `to` NULL only asks.
-size_t putscope(char *to, const char *text, const char *mark);
+size_t putscope(char *to, std::string_view text, std::string_view mark);
 
 } // namespace cf
