@@ -24,6 +24,7 @@ inline const cfparam *aspar(const cfnode *nd) { return reinterpret_cast<const cf
 
 inline bool isanchor(const cfnode *nd) { return nd->type == cf_anchor; }
 inline cfgroup *ifgrp(cfnode *nd) { return nd && nd->type == cf_group ? asgrp(nd) : nullptr; }
+inline cfparam *ifpar(cfnode *nd) { return nd && nd->type == cf_param ? aspar(nd) : nullptr; }
 
 inline void init(cfnode *nd, cfnode_t type, cfgroup *pgrp, cfnode *ref) {
   nd->prev = nd->next = type == cf_anchor ? nd : nullptr;

@@ -1,26 +1,19 @@
-// Text comparison: equal as strcasecmp() tells, decided without a call for most texts.
+// Text comparison: equal as strcasecmp() tells, asked only where the first bytes leave it open.
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cctype>
+#include <strings.h>
 
 namespace cf {
 
-/// True if two different bytes are the two cases of one letter. In ASCII those differ in one bit;
-/// which letters the locale folds is still its own to say (a Turkish one keeps i and I apart).
-inline bool samefold(unsigned char a, unsigned char b) {
-  if ((a | b) < 0x80 && (a ^ b) != 0x20)
-    return false;
-  return std::tolower(a) == std::tolower(b);
-}
+/// False if no locale takes two bytes for the two cases of one letter: in ASCII those differ in one
+/// bit.
+inline bool mayfold(unsigned char a, unsigned char b) { return (a | b) >= 0x80 || (a ^ b) == 0x20; }
 
 inline bool equal(const char *a, const char *b) {
-  for (;; ++a, ++b) {
-    if (*a != *b && !samefold(static_cast<unsigned char>(*a), static_cast<unsigned char>(*b)))
-      return false;
-    if (*a == '\0')
-      return true;
-  }
+  if (*a != *b && !mayfold(static_cast<unsigned char>(*a), static_cast<unsigned char>(*b)))
+    return false;
+  return strcasecmp(a, b) == 0;
 }
 
 /// True if `text` is given as a criterion of a search.
