@@ -13,64 +13,66 @@ namespace {
 
 int chkscope(const char *) { return 1; }
 
-/// True if the application lets an element take part.
-bool _cfdiffscope(const cfdiff *diff, const cfnode *i) {
-  if (diff->chkscope == chkscope)
-    return true;
+/// True if the application lets an element take part. Apart from the stream, whose loop it would burden
+/// with its buffer.
+[[gnu::noinline]] bool _cfdiffscope(const cfdiff *diff, const cfnode *i) {
   auto *nd =
       const_cast<cfnode *>(i); // the slot's type has no const; it must not write all the same
   textbuf buf;
   return diff->chkscope(askscope(buf, diff->genscope, nd)) != 0;
 }
 
-/// Where the walk over `nd` goes on behind the element or group `i`; on `nd` it has ended.
-const cfnode *behind(const cfnode *nd, const cfnode *i) { return i == nd ? nd : i->next; }
+/// One side of a comparison: of an element and all below it what counts, one after the other.
+class stream {
+public:
+  stream(const cfdiff *record, const cfnode *nd)
+      : diff(record), whole(nd), it(nd), asks(record->chkscope != chkscope),
+        remarks(record->opt & cf_diffrem) {}
 
-/// The next element of the stream of `nd`, or NULL at its end. `it` is the cursor, NULL at the
-/// start.
-const cfnode *_cfdiffnext(const cfdiff *diff, const cfnode *nd, const cfnode *&it) {
-  if (it == nd)
-    return nullptr;
-  if (!it)
-    it = nd;
-  do {
-    const cfnode *i = it;
-    switch (i->type) {
-    case cf_anchor: it = behind(nd, &i->group->link); break;
-    case cf_group: {
-      const cfgroup *grp = asgrp(i);
-      const bool inst = grp->type == cf_grpinst;
-      const bool within = !inst || _cfdiffscope(diff, i);
-      it = within ? grp->elem.next : behind(nd, i);
-      if (inst && within)
-        return i;
-      break;
+  const cfnode *_cfdiffnext(); ///< NULL at the end
+
+private:
+  const cfdiff *diff;
+  const cfnode *whole;
+  const cfnode *it; // what is looked at next; NULL at the end
+  bool asks;
+  bool remarks;
+
+  bool takespart(const cfnode *nd) const { return !asks || _cfdiffscope(diff, nd); }
+  const cfnode *behind(const cfnode *nd) const { return nd == whole ? nullptr : nd->next; }
+};
+
+const cfnode *stream::_cfdiffnext() {
+  while (const cfnode *nd = it) {
+    if (nd->type == cf_param) {
+      it = behind(nd);
+      if (takespart(nd))
+        return nd;
+    } else if (nd->type == cf_anchor) {
+      it = behind(&nd->group->link);
+    } else if (nd->type == cf_remark) {
+      it = behind(nd);
+      if (remarks)
+        return nd;
+    } else if (asgrp(nd)->type != cf_grpinst) {
+      it = asgrp(nd)->elem.next;
+    } else if (takespart(nd)) {
+      it = asgrp(nd)->elem.next;
+      return nd;
+    } else {
+      it = behind(nd);
     }
-    case cf_remark:
-      it = behind(nd, i);
-      if (diff->opt & cf_diffrem)
-        return i;
-      break;
-    case cf_param:
-      it = behind(nd, i);
-      if (_cfdiffscope(diff, i))
-        return i;
-      break;
-    }
-  } while (it != nd);
+  }
   return nullptr;
 }
 
 /// True if two elements of one kind have the same texts.
 bool issame(const cfnode *i1, const cfnode *i2) {
-  switch (i1->type) {
-  case cf_group:
-    return equal(asgrp(i1)->cat, asgrp(i2)->cat) && equal(asgrp(i1)->name, asgrp(i2)->name);
-  case cf_remark: return std::strcmp(asrem(i1)->txt, asrem(i2)->txt) == 0;
-  case cf_param:
+  if (i1->type == cf_param)
     return equal(aspar(i1)->key, aspar(i2)->key) && equal(aspar(i1)->val, aspar(i2)->val);
-  default: return true;
-  }
+  if (i1->type == cf_group)
+    return equal(asgrp(i1)->cat, asgrp(i2)->cat) && equal(asgrp(i1)->name, asgrp(i2)->name);
+  return std::strcmp(asrem(i1)->txt, asrem(i2)->txt) == 0;
 }
 
 /// True if the streams of two elements differ.
@@ -78,11 +80,11 @@ bool issame(const cfnode *i1, const cfnode *i2) {
 bool differs(cfdiff *diff, const cfnode *nd1, const cfnode *nd2) {
   if (!nd1 || !nd2)
     return nd1 != nd2;
-  const cfnode *it1 = nullptr;
-  const cfnode *it2 = nullptr;
+  stream one(diff, nd1);
+  stream two(diff, nd2);
   for (;;) {
-    const cfnode *i1 = _cfdiffnext(diff, nd1, it1);
-    const cfnode *i2 = _cfdiffnext(diff, nd2, it2);
+    const cfnode *i1 = one._cfdiffnext();
+    const cfnode *i2 = two._cfdiffnext();
     if (!i1 || !i2)
       return i1 != i2;
     if (i1->type != i2->type)
