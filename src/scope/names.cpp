@@ -19,19 +19,20 @@ kept_names::kept_names(const cfparser *parser) {
   _grpscope(buf.reserve(end + 1, 0), above);
 }
 
-/// Writes a part of a scope string at `at`. Gives the place of its terminator.
-size_t kept_names::put(size_t at, std::string_view text, std::string_view mark) {
-  char *data = buf.reserve(at + text.size() + mark.size() + 1, at);
-  return at + putscope(data + at, text, mark);
+/// Writes a text at `at`. Gives the place of its terminator.
+inline size_t kept_names::put(size_t at, const char *text) {
+  const size_t size = std::strlen(text) + 1;
+  std::memcpy(buf.reserve(at + size, at) + at, text, size);
+  return at + size - 1;
 }
 
 void kept_names::enter(const cfgroup *grp) {
   if (grp->type == cf_grpinst && !*grp->cat) {
-    end = put(end, grp->name, ".");
+    end = put(put(end, grp->name), ".");
   } else if (grp->type == cf_grpinst || grp->type == cf_grptop) {
     std::memcpy(buf.reserve(end + sizeof begin, end) + end, &begin, sizeof begin);
     begin = end + sizeof begin;
-    end = put(begin, grp->type == cf_grpinst ? grp->cat : "", "::");
+    end = put(grp->type == cf_grpinst ? put(begin, grp->cat) : begin, "::");
   }
 }
 
@@ -45,14 +46,14 @@ void kept_names::leave(const cfgroup *grp) {
 }
 
 const char *kept_names::of(const cfparam *par) {
-  put(end, par->key, "");
+  put(end, par->key);
   return buf.text() + begin;
 }
 
 const char *kept_names::of(const cfgroup *grp) {
-  const size_t at = put(end, grp->name, ".");
+  const size_t at = put(put(end, grp->name), ".");
   if (*grp->cat)
-    put(at, grp->cat, "::");
+    put(put(at, grp->cat), "::");
   return buf.text() + begin;
 }
 

@@ -46,7 +46,7 @@ private:
   size_t begin = 0; // of the prefix
   size_t end = 0;   // of the prefix, where names are written
 
-  size_t put(size_t at, std::string_view text, std::string_view mark);
+  size_t put(size_t at, const char *text);
 };
 
 } // namespace cf

@@ -6,9 +6,21 @@
 
 #include <climits>
 #include <cstring>
+#include <string_view>
 
 namespace cf {
 namespace {
+
+/// Writes a part of a scope string, `text` and the mark behind it, with a terminator. Gives its length
+/// without terminator; `to` NULL only asks.
+size_t putscope(char *to, std::string_view text, std::string_view mark) {
+  if (to) {
+    to += text.copy(to, text.size());
+    to += mark.copy(to, mark.size());
+    *to = '\0';
+  }
+  return text.size() + mark.size();
+}
 
 /// The nearest instance from `grp` upward, or NULL if a top group or the end comes first.
 const cfgroup *instance(const cfgroup *grp) {
@@ -43,15 +55,6 @@ size_t scope(char *scbf, const cfnode *nd) {
 }
 
 } // namespace
-
-size_t putscope(char *to, std::string_view text, std::string_view mark) {
-  if (to) {
-    to += text.copy(to, text.size());
-    to += mark.copy(to, mark.size());
-    *to = '\0';
-  }
-  return text.size() + mark.size();
-}
 
 size_t _grpscope(char *sbf, const cfgroup *grp) {
   // Climbed twice: for the length, and to fill in the path's names from its right end.

@@ -4,7 +4,7 @@
 
 #include "cf.h"
 
-#include <string_view>
+#include <cstddef>
 
 namespace cf {
 
@@ -15,9 +15,5 @@ unsigned int genscope(char *scbf, cfnode *nd);
 /// Writes the prefix of `grp`: what its contents get in front of their own part. Gives its length
 /// without terminator; `sbf` NULL only asks.
 size_t _grpscope(char *sbf, const cfgroup *grp);
-
-/// Writes a part of a scope string, `text` and the mark behind it, with a terminator. Gives its length
-/// without terminator; `to` NULL only asks.
-size_t putscope(char *to, std::string_view text, std::string_view mark);
 
 } // namespace cf
