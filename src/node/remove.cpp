@@ -8,7 +8,7 @@
 
 namespace cf {
 
-void removal::giveback(void *block) noexcept {
+inline void removal::giveback(void *block) noexcept {
   try {
     release(block);
   } catch (...) {
@@ -17,14 +17,20 @@ void removal::giveback(void *block) noexcept {
   }
 }
 
-/// Releases a leaf that is still linked, or a group that holds nothing any more. It leaves its list
-/// before its block goes, so that what remains is a whole tree at every step.
-void removal::one(cfnode *nd) noexcept {
-  takeout(nd);
+/// Releases a leaf, or a group that holds nothing any more. It has left its list before its block
+/// goes, so that what remains is a whole tree at every step.
+inline void removal::one(cfnode *nd) noexcept {
   // A reference's value is its target's.
   if (nd->type == cf_param && !nd->ref && owns_value(aspar(nd)))
     giveback(const_cast<void *>(aspar(nd)->vval));
   giveback(nd);
+}
+
+/// Takes the last element of a group out; its own links go with it.
+inline void droplast(cfgroup *grp) {
+  cfnode *last = grp->elem.prev->prev;
+  last->next = &grp->elem;
+  grp->elem.prev = last;
 }
 
 /// Goes down to the last leaf, removes it, and climbs out of what ran empty.
@@ -35,9 +41,11 @@ void removal::below(cfgroup *top) noexcept {
     if (last->type == cf_group) {
       grp = asgrp(last);
     } else if (!isanchor(last)) {
+      droplast(grp);
       one(last);
     } else if (grp != top) {
       cfgroup *up = grp->link.group;
+      droplast(up);
       one(&grp->link);
       grp = up;
     } else {
@@ -49,6 +57,7 @@ void removal::below(cfgroup *top) noexcept {
 void removal::of(cfnode *nd) noexcept {
   if (nd->type == cf_group)
     below(asgrp(nd));
+  takeout(nd);
   one(nd);
 }
 
