@@ -52,15 +52,15 @@ void machine::add() {
 
 void machine::add(cfgroup *gc, cfnode *elem, cfnode *(*adding)(cfnode *, cfnode *)) {
   cfgroup *to = place(gc, elem);
-  const cfgroup *filer = owner(gc, elem);
+  cfgroup *filer = owner(gc, elem);
   const size_t storey = here.storey(&gc->link);
   here.edit(elem);
   if (storey)
     here.edit_through(storey);
   else
     here.edit(&to->link);
-  if (here.storey(&to->link))
-    here.untrue(storey); // plainly into a catalog
+  if (here.storey(&to->link) || &to->link != target(&filer->link))
+    here.untrue(storey); // plainly into a catalog, or beside what it stands for, a level of a tree
   cfnode *made = nullptr;
   if (!call([&] { made = adding(&gc->link, elem); }))
     return need(!elem->group, "what is not added is in no list");

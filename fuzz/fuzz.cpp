@@ -43,10 +43,11 @@ void take(void *given) {
 }
 
 __attribute__((format(printf, 2, 0))) void note(char kind, const char *fmt, va_list args) {
-  char line[512];
-  std::vsnprintf(line, sizeof line, fmt, args);
+  char *line = nullptr;
+  need(vasprintf(&line, fmt, args) >= 0, "a message has room");
   messages += kind;
   messages.append(" ").append(line).append("\n");
+  std::free(line);
 }
 
 void dump(std::string &text, size_t depth, const cfnode *nd, bool rows) {
