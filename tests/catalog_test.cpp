@@ -76,9 +76,9 @@ TEST(Catalog, HasAPlaceForWhatNoFileGives) {
 
 TEST(Lookup, FindsOnCatalogAndTree) {
   const char *const files[] = {
-      "title = demo\ntitle = other\nhost alpha {\nport = 1\n}\nhost beta {\nport = 2\n}\n"
+      "label = demo\nlabel = other\nhost alpha {\nport = 1\n}\nhost beta {\nport = 2\n}\n"
       "misc {\nlevel = 3\n}\n",
-      "# one\ntitle = demo\n# two\ntitle = other\ntitle = third\nlast =\nhost a {\n}\n"
+      "# one\nlabel = demo\n# two\nlabel = other\nlabel = third\nlast =\nhost a {\n}\n"
       "# r\na {\n}\nhost A {\nx = 1\n}\n# r\nend b {\n}\n",
       ""};
   const struct {
@@ -93,17 +93,17 @@ TEST(Lookup, FindsOnCatalogAndTree) {
               {0, true, "", "alpha", "-", "host alpha"},
               {0, true, nullptr, nullptr, "*host alpha", "host alpha"},
               {0, true, "host", "gamma", "-", "-"},
-              {0, false, "title", nullptr, "*title=demo", "title=demo"},
-              {0, false, "TITLE", "OTHER", "*title=other", "title=other"},
-              {0, false, "title", "none", "-", "-"},
-              {0, false, "title", "", "-", "-"},
-              {0, false, nullptr, nullptr, "*title=demo", "title=demo"},
+              {0, false, "label", nullptr, "*label=demo", "label=demo"},
+              {0, false, "LABEL", "OTHER", "*label=other", "label=other"},
+              {0, false, "label", "none", "-", "-"},
+              {0, false, "label", "", "-", "-"},
+              {0, false, nullptr, nullptr, "*label=demo", "label=demo"},
               {0, false, "port", nullptr, "-", "-"},
-              {1, false, "title", "demo", "*title=demo", "title=demo"},
-              {1, false, "title", "third", "*title=third", "title=third"},
-              {1, false, "title", "other", "*title=other", "-"}, // the tree's second block
+              {1, false, "label", "demo", "*label=demo", "label=demo"},
+              {1, false, "label", "third", "*label=third", "label=third"},
+              {1, false, "label", "other", "*label=other", "-"}, // the tree's second block
               {1, false, "last", "", "*last=", "last="},
-              {1, false, "", "third", "*title=third", "title=third"},
+              {1, false, "", "third", "*label=third", "label=third"},
               {1, false, "", "", "-", "last="}, // the catalog's first level alone
               {1, true, "", "a", "* a", "host a"},
               {1, true, "host", "a", "*host a", "host a"},

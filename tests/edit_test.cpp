@@ -3,6 +3,8 @@
 #include "kit.h"
 
 #include <algorithm>
+#include <csetjmp>
+#include <deque>
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
@@ -247,6 +249,12 @@ TEST(Edit, BearsWhatNoCatalogHolds) {
   EXPECT_TRUE(ref->link.ref == &nd->link && ref->row == 2 && ref->txt == nd->txt);
   EXPECT_EQ(kit::dump(top.get()), "top -1\n  remark 2 'new'\n");
   cfdelrem(ref);
+  cfgroup *level = cfnewgrp("", "l", cf_grpcat, 1); // the way up from it leads through it
+  cfaddgrp(top.get(), cfaddrem(cfaddgrp(cfnewgrp("", "g", cf_grpinst, 1), level), cfnewrem("", 1)));
+  const kit::tree root(cfcatalog(level));
+  EXPECT_EQ(cfcataddgrp(root.get(), level), root.get());
+  EXPECT_EQ(kit::dump(top.get()), "top -1\n  remark 2 'new'\n  inst 1 '' 'g'\n    remark 1 ''\n"
+                                  "    cat 1 '' 'l'\n");
   cfcatdelnd(nullptr), cfcatdelgrp(nullptr), cfcatdelpar(nullptr), cfcatdelnd(&top->elem);
   EXPECT_TRUE(!cfcatclrgrp(nullptr) && cfcatclrgrp(top.get()) == top.get() && cfempty(top.get()));
 }
@@ -406,8 +414,8 @@ private:
 };
 
 TEST(Edit, KeepsTreeAndCatalogsTogether) {
-  for (unsigned int seed = 0; seed < 1000; ++seed) {
-    session s(seed, 1 + seed % 3);
+  for (unsigned long seed = 0, end = kit::rounds(1000); seed < end; ++seed) {
+    session s(static_cast<unsigned int>(seed), 1 + seed % 3);
     for (int n = 0; n < 100 && !HasFailure(); ++n)
       if (s.step() < 8 || n % 8 == 0)
         s.check();
@@ -449,6 +457,57 @@ TEST(Leaving, LosesNothing) {
         cfpar(nd) ? cfunevalpar(cfpar(nd)) : nullptr;
       EXPECT_EQ(memory.live(), live) << "task " << i << " leaving at call " << n;
     }
+}
+
+// A manager that leaves by a jump, and keeps all that it gave until the end.
+std::jmp_buf away;
+size_t jump;
+std::deque<string> given;
+void *take(size_t size) {
+  if (jump && --jump == 0)
+    std::longjmp(away, 1);
+  return given.emplace_back(size, 'j').data();
+}
+
+/// Runs a task of which the n-th allocation jumps. Gives true if one did.
+bool jumps(size_t n, void (*task)()) {
+  jump = n;
+  if (setjmp(away))
+    return true;
+  task();
+  jump = 0;
+  return false;
+}
+
+TEST(Leaving, ByAJumpKeepsWhatIsLinked) {
+  const struct cfmmgr jumping = {take, [](void *) {}}, former = cfmmgr(&jumping);
+  static FILE *file;
+  static cflexer lex;
+  static cfgroup *root;
+  void (*const tasks[])() = {[] { cflex(&lex, file, "cfg"); },
+                             [] { root = cfcatalog(cfcatalog(lex.top)); },
+                             [] { cfcatsetgrp(root, cfdupgrp(cfcatgetgrp(lex.top, "c", "a"))); },
+                             [] { cfcataddgrp(root, cfdupgrp(cfcatgetgrp(lex.top, "c", "a"))); },
+                             [] { cfcatxcgnd(&root->link, &cfdupgrp(lex.top)->link); }};
+  const string text = "# r\nc a {\nk = 1\n}\n# s\nk = 2\n";
+  for (const auto task : tasks)
+    for (size_t n = 1, left = 1; left; ++n) {
+      const kit::stream stream = kit::source(text);
+      file = stream.get();
+      lex = {};
+      root = nullptr;
+      if (task != tasks[0])
+        tasks[0]();
+      if (task != tasks[0] && task != tasks[1])
+        tasks[1]();
+      left = jumps(n, task);
+      cfgroup *top = lex.top;
+      for (cfgroup *at = root ? root : top; at; at = cfgrp(at->link.ref))
+        kit::checktree(top = at);
+      EXPECT_TRUE(left || kit::print(top).find("  k = 1\n") != string::npos);
+      root ? cfcatdelgrp(root) : cfdelgrp(top);
+    }
+  cfmmgr(&former);
 }
 
 } // namespace

@@ -334,6 +334,11 @@ string data(const char *name) {
   return all.str();
 }
 
+unsigned long rounds(unsigned long usual) {
+  const char *asked = std::getenv("CF_ROUNDS");
+  return asked ? std::strtoul(asked, nullptr, 10) : usual;
+}
+
 string random_file(std::mt19937 &rng) {
   const auto die = [&](size_t faces) { return rng() % faces; };
   const auto some = [&](string from, size_t most) {

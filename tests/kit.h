@@ -88,6 +88,9 @@ void on_small_stack(const std::function<void()> &f);
 /// The bytes of a file of the folder data.
 std::string data(const char *name);
 
+/// How many random rounds: what CF_ROUNDS in the environment asks for, else `usual`.
+unsigned long rounds(unsigned long usual);
+
 /// A file without a fault, of all kinds of line and layout, that still fits when printed.
 std::string random_file(std::mt19937 &rng);
 

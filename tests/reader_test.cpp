@@ -217,9 +217,11 @@ TEST(Reader, DepthAndLengthNeedNoStack) {
   for (size_t i = 0; i < many; ++i)
     files[0] += "}\n";
   kit::on_small_stack([&] {
-    for (const size_t run : {0U, 1U}) { // the remarks are held by a block
+    for (const size_t way : {0U, 1U, 2U, 3U}) { // with and without a slot of one's own
+      const size_t run = way / 2;               // the remarks are held by a block
       const kit::meter meter;
-      const kit::reading got = kit::read(files[run]);
+      meddler slots;
+      const kit::reading got = kit::read(files[run], "cfg", way % 2 ? &slots : nullptr);
       const kit::tree top(got.top);
       EXPECT_TRUE(got.result == 1 && meter.live() == 1 + many + run);
       const kit::tree copy(cfdupgrp(got.top));

@@ -16,8 +16,13 @@ namespace {
 /// for empty levels.
 class insertion {
 public:
-  /// `climbed` is the kind of level that leads to its owner.
-  explicit insertion(cfgroup_t climbed) : level(climbed) {}
+  /// `climbed` is the kind of level that leads to its owner. The way down to the tree goes before the
+  /// element is taken out: it may climb through the element.
+  insertion(cfgroup_t climbed, cfgroup *gc, cfnode *elem) : level(climbed), place(gc), added(elem) {
+    while (standsfor(place))
+      place = below(place);
+    takeout(added);
+  }
 
   /// Files an instance, with all below it, in the catalogs from the lowest up to that of `gc`.
   cfgroup *file(cfgroup *gc, cfgroup *inst) { // NOLINT(misc-no-recursion): a step for each link.ref
@@ -38,11 +43,9 @@ public:
     return ref;
   }
 
-  /// Links the references, and the element into the group of the tree that `gc` stands for.
-  void finish(cfgroup *gc, cfnode *elem) {
-    while (standsfor(gc))
-      gc = below(gc);
-    putlast(gc, elem);
+  /// Links the references, and the element into the tree.
+  void finish() {
+    putlast(place, added);
     while (!isanchor(waiting.first())) {
       assert(waiting.first()->group);
       movelast(waiting.first()->group, waiting.first());
@@ -51,15 +54,17 @@ public:
 
 private:
   cfgroup_t level;
+  cfgroup *place; // in the tree
+  cfnode *added;
   ring waiting;
 
   /// The owner in the catalog under that of `gc`, or the group of the tree.
   cfgroup *below(cfgroup *gc) const { return owner(asgrp(gc->link.ref), level); }
 
   void wait(cfnode *ref) {
-    cfgroup *place = ref->group;
+    cfgroup *within = ref->group;
     waiting.add(ref);
-    ref->group = place;
+    ref->group = within;
   }
 };
 
@@ -94,18 +99,16 @@ cfgroup *file(insertion &refs, cfgroup *gc, cfgroup *elem) {
 
 cfgroup *cfcataddgrp(cfgroup *gc, cfgroup *elem) {
   gc = owner(gc, cf_grpcat);
-  takeout(&elem->link);
-  insertion refs(cf_grpcat);
+  insertion refs(cf_grpcat, gc, &elem->link);
   cfgroup *result = standsfor(gc) ? file(refs, gc, elem) : elem;
-  refs.finish(gc, &elem->link);
+  refs.finish();
   return result;
 }
 
 cfparam *cfcataddpar(cfgroup *gc, cfparam *elem) {
   gc = owner(gc, cf_grpval);
-  takeout(&elem->link);
-  insertion refs(cf_grpval);
+  insertion refs(cf_grpval, gc, &elem->link);
   cfparam *result = standsfor(gc) ? refs.file(gc, elem) : elem;
-  refs.finish(gc, &elem->link);
+  refs.finish();
   return result;
 }
