@@ -253,6 +253,15 @@ TEST(Edit, BearsWhatNoCatalogHolds) {
   cfaddgrp(top.get(), cfaddrem(cfaddgrp(cfnewgrp("", "g", cf_grpinst, 1), level), cfnewrem("", 1)));
   const kit::tree root(cfcatalog(level));
   EXPECT_EQ(cfcataddgrp(root.get(), level), root.get());
+  const kit::tree tree(kit::read("h a {\n}\n").top), lower(cfcatalog(tree.get()));
+  level = cfgrp(lower->elem.next);
+  const kit::tree upper(cfcatalog(level));
+  EXPECT_EQ(cfcataddgrp(upper.get(), level), upper.get());
+  EXPECT_TRUE(tree->elem.prev == &level->link && cfcatgetgrp(lower.get(), "h", "a"));
+  cfgroup *block = cfaddpar(cfnewgrp("", "", cf_grppar, 1), cfnewpar("k", "1", 1));
+  cfcataddgrp(root.get(), cfaddpar(block, cfnewpar("k", "2", 1)));
+  EXPECT_EQ(cfcatgetpar(root.get(), "k", nullptr)->val, string("1")) << "in the order of the tree";
+  cfdelgrp(block);
   EXPECT_EQ(kit::dump(top.get()), "top -1\n  remark 2 'new'\n  inst 1 '' 'g'\n    remark 1 ''\n"
                                   "    cat 1 '' 'l'\n");
   cfcatdelnd(nullptr), cfcatdelgrp(nullptr), cfcatdelpar(nullptr), cfcatdelnd(&top->elem);
