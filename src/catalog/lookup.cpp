@@ -6,9 +6,6 @@ using namespace cf;
 
 namespace {
 
-/// Where to search on from a hit: in a level's own list, else in the same list.
-cfnode *within(cfgroup *hit) { return hit->type == cf_grpcat ? hit->elem.next : &hit->link; }
-
 // A search for a parameter goes into the first level or block of the key that it meets; what stands
 // behind that is not looked at.
 
@@ -43,14 +40,12 @@ cfgroup *cfcatgetgrp(cfgroup *gc, const char *cat, const char *name) {
       return nullptr;
     if (!name)
       return hit->type == cf_grpcat ? hit : nullptr;
-    it = within(hit);
+    it = hit->type == cf_grpcat ? hit->elem.next : &hit->link;
   }
   cfgroup *hit = ifgrp(seekgrp(it, nullptr, name));
-  if (!hit)
-    return nullptr;
-  if (hit->type == cf_grpcat || !meets(hit->cat, cat))
-    hit = ifgrp(seekgrp(within(hit), cat, name));
-  while (hit && hit->type != cf_grpinst) // a block, or a level of an empty name
+  if (hit && hit->type != cf_grpcat && !meets(hit->cat, cat))
+    hit = ifgrp(seekgrp(&hit->link, cat, name));
+  while (hit && hit->type != cf_grpinst) // a level or a block
     hit = ifgrp(seekgrp(hit->elem.next, cat, name));
   return hit;
 }

@@ -7,8 +7,18 @@
 #include "value/buffer.h"
 
 namespace cf {
+namespace {
 
-inline void removal::giveback(void *block) noexcept {
+/// Takes the last element of a group out; its own links go with it.
+void droplast(cfgroup *grp) {
+  cfnode *last = grp->elem.prev->prev;
+  last->next = &grp->elem;
+  grp->elem.prev = last;
+}
+
+} // namespace
+
+void removal::giveback(void *block) noexcept {
   try {
     release(block);
   } catch (...) {
@@ -19,18 +29,11 @@ inline void removal::giveback(void *block) noexcept {
 
 /// Releases a leaf, or a group that holds nothing any more. It has left its list before its block
 /// goes, so that what remains is a whole tree at every step.
-inline void removal::one(cfnode *nd) noexcept {
+void removal::one(cfnode *nd) noexcept {
   // A reference's value is its target's.
   if (nd->type == cf_param && !nd->ref && owns_value(aspar(nd)))
     giveback(const_cast<void *>(aspar(nd)->vval));
   giveback(nd);
-}
-
-/// Takes the last element of a group out; its own links go with it.
-inline void droplast(cfgroup *grp) {
-  cfnode *last = grp->elem.prev->prev;
-  last->next = &grp->elem;
-  grp->elem.prev = last;
 }
 
 /// Goes down to the last leaf, removes it, and climbs out of what ran empty.

@@ -7,23 +7,14 @@ namespace cf {
 const char *askscope(textbuf &buf, genscope_t genscope, cfnode *nd) {
   // Cleared, so that a function that writes less than it announced still leaves a text.
   const size_t size = size_t{genscope(nullptr, nd)} + 1;
-  char *text = buf.reserve(size, 0);
+  char *text = buf.reserve(size);
   std::memset(text, 0, size);
   genscope(text, nd);
   return text;
 }
 
-kept_names::kept_names(const cfparser *parser) {
-  const cfgroup *above = parser->top->link.group;
-  end = _grpscope(nullptr, above);
-  _grpscope(buf.reserve(end + 1, 0), above);
-}
-
-/// Writes a text at `at`. Gives the place of its terminator.
-inline size_t kept_names::put(size_t at, const char *text) {
-  const size_t size = std::strlen(text) + 1;
-  std::memcpy(buf.reserve(at + size, at) + at, text, size);
-  return at + size - 1;
+kept_names::kept_names(const cfparser *parser) : end(_grpscope(nullptr, parser->top->link.group)) {
+  _grpscope(buf.reserve(end + 1), parser->top->link.group);
 }
 
 void kept_names::enter(const cfgroup *grp) {

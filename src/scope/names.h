@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "node/link.h"
+#include "cf.h"
 #include "scope/scope.h"
 #include "scope/textbuf.h"
 
@@ -44,9 +44,14 @@ public:
 private:
   textbuf buf;
   size_t begin = 0; // of the prefix
-  size_t end = 0;   // of the prefix, where names are written
+  size_t end;       // of the prefix, where names are written
 
-  size_t put(size_t at, const char *text);
+  /// Writes a text at `at`. Gives the place of its terminator.
+  size_t put(size_t at, const char *text) {
+    const size_t size = std::strlen(text) + 1;
+    std::memcpy(buf.reserve(at + size, at) + at, text, size);
+    return at + size - 1;
+  }
 };
 
 } // namespace cf

@@ -20,7 +20,7 @@ public:
   }
 
   /// Makes room for `size` bytes and keeps the first `kept`. Gives the text.
-  char *reserve(size_t size, size_t kept) {
+  char *reserve(size_t size, size_t kept = 0) {
     if (size > room)
       grow(size, kept);
     return data;
