@@ -601,10 +601,10 @@ CF_API cfgroup *cfcatalog(cfgroup *grp);
 
 /** Looks up an instance directly below a group of a catalog or of a plain tree, blocks looked
  * through.
- * @param gc owner, level or tree group.
+ * @param gc owner, level or tree group. In a category level `cat` is not to be given.
  * @param cat,name NULL or empty: not given. `cat` alone: the category level, or NULL on a plain
  *     tree. `name` alone: an instance without category, or of any on a plain tree. Neither: the
- *     first instance.
+ *     first instance, on a catalog that of the first level.
  * @return the first such instance or reference, borrowed; NULL if there is none. */
 CF_API cfgroup *cfcatgetgrp(cfgroup *gc, const char *cat, const char *name);
 
@@ -612,7 +612,8 @@ CF_API cfgroup *cfcatgetgrp(cfgroup *gc, const char *cat, const char *name);
  * through.
  * @param gc owner, level or tree group.
  * @param key NULL or empty: any.
- * @param val NULL: any. On a plain tree, of the blocks of one key only the first is looked into.
+ * @param val NULL: any. Of the blocks of one key in a plain tree only the first is looked into; and
+ *     without `key`, of all blocks or levels.
  * @return the first such parameter or reference, borrowed; NULL if there is none. */
 CF_API cfparam *cfcatgetpar(cfgroup *gc, const char *key, const char *val);
 
