@@ -132,6 +132,7 @@ struct cookie {
   ssize_t take(const char *buf, size_t size) {
     const size_t count = std::min(size, limit - out->size());
     out->append(buf, count);
+    limit = count < size ? never : limit;
     return static_cast<ssize_t>(count);
   }
   stream open(const char *mode) {

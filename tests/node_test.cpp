@@ -207,6 +207,9 @@ TEST(Node, Copies) {
   EXPECT_TRUE(a->vval == a->val && b->vval == b + 1 && cfint(b) == 12 && *cfvstr(c) == 'l');
   EXPECT_TRUE(!cfdupnd(nullptr) && !cfdupnd(&copy->elem) && !cfdupgrp(nullptr) &&
               !cfduprem(nullptr) && !cfduppar(nullptr));
+  cfremark *rem = cfduprem(cfrem(cfgrp(copy->elem.prev)->elem.next));
+  EXPECT_TRUE(rem->txt == string("t") && rem->row == 9 && !rem->link.group);
+  cfdelrem(rem);
   // References are copied with their targets, which are in no list.
   const kit::tree catalog(cfcatalog(copy.get()));
   meter.leave_at_each([&] { cfcatdelgrp(cfdupgrp(catalog.get())); });
@@ -235,6 +238,7 @@ TEST(Node, IterationAndSearch) {
   cfnode *it = cfiterator(list.get());
   for (; !cfend(it); cfnext(&it))
     nodes.push_back(it);
+  EXPECT_TRUE(cftype(nodes[1]) == cf_group && cftype(nodes[3]) == cf_param && !cftype(it));
   EXPECT_TRUE(cfnext(&it) == nodes[0] && it == nodes[0] && cfend(it) == 1 && cfend(nodes[1]) == 0);
   EXPECT_TRUE(!cfgrp(it) && !cfrem(it) && !cfpar(it) && !cfgrp(nullptr) && !cfrem(nullptr) &&
               !cfpar(nullptr));

@@ -12,6 +12,7 @@ namespace {
 struct meddler : cfprinter {
   cfprinter dfl{};
   size_t calls = 0, fails = 0; ///< the call that fails; 0: none
+  size_t told = 0;             ///< bytes, by what the defaults gave
   bool leaves = false;
 
   template <auto... Slots> void meddle(int only, int slot = 0) {
@@ -24,8 +25,11 @@ struct meddler : cfprinter {
   }
   template <auto Slot, class Element> static int through(cfprinter *prn, Element *elem) {
     auto *it = static_cast<meddler *>(prn);
-    if (++it->calls != it->fails)
-      return (it->dfl.*Slot)(prn, elem) < 0 ? -1 : 0;
+    if (++it->calls != it->fails) {
+      const int size = (it->dfl.*Slot)(prn, elem);
+      it->told += static_cast<size_t>(size);
+      return size < 0 ? -1 : 0;
+    }
     return it->leaves ? throw kit::out() : -7;
   }
 };
@@ -78,6 +82,7 @@ string print(cfgroup *top) {
   meddler slots;
   EXPECT_EQ(kit::print(top), expected.text);
   EXPECT_EQ(kit::print(top, &slots), expected.text);
+  EXPECT_EQ(slots.told, expected.text.size());
   return expected.text;
 }
 
@@ -101,7 +106,10 @@ TEST(Printer, WorkedExample) {
   for (int slot = 0; slot < 5; ++slot) {
     meddler prn(slot);
     EXPECT_EQ(kit::print(top.get(), &prn), kit::data("worked.out"));
+    EXPECT_EQ(kit::print(top.get(), &prn), kit::data("worked.out"))
+        << "once more by the same record";
     EXPECT_GT(prn.calls, 0U) << "slot " << slot << " was not called";
+    EXPECT_TRUE(prn.valid == 1 && prn.top == top.get() && prn.fname == string("out") && prn.fd);
     EXPECT_EQ(prn.brk, 1 << cf_group | 1 << cf_remark | 1 << cf_param) << "behind free remarks";
   }
   EXPECT_EQ(print(catalog.get()),
@@ -172,7 +180,9 @@ TEST(Printer, FilesReadBack) {
 TEST(Printer, StreamsThatFail) {
   const kit::meter meter;
   const kit::tree top(kit::read(kit::data("worked.conf")).top);
-  const string text = kit::data("worked.out");
+  for (int n = 0; n < 2; ++n) // so that it takes several pieces
+    cfaddpar(top.get(), cfnewpar("k", string(3000, 'v').c_str(), 1));
+  const string text = print(top.get());
   for (size_t room = 0; room <= text.size(); ++room)
     for (const bool asks : {false, true}) {
       cfprinter plain{};

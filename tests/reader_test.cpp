@@ -77,6 +77,7 @@ TEST(Reader, TreesAndFaults) {
        "E cfg:2: syntax error\nE cfg:5: group end without begin\nE cfg:6: group begin without "
        "end\nbad\n"
        "top -1\n  inst 1 '' 'a'\n    param 3 'x' '1'\n  inst 6 '' 'b'\n"},
+      {string(5000, 'x') + "\nk = 1", "E cfg:1: line overflow\nbad\ntop -1\n  param 2 'k' '1'\n"},
       {"a {\nb {",
        "E cfg:2: group begin without end\nbad\ntop -1\n  inst 1 '' 'a'\n    inst 2 '' 'b'\n"},
       {"a {\nb {\n}",

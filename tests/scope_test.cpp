@@ -158,8 +158,12 @@ TEST(Check, TellsScopesWhereThereAreNoLines) {
   cfaddpar(cfaddrem(cfaddgrp(top.get(), named), cfnewrem("", -1)), cfnewpar("", "", -1));
   for (const char *cat : {"", "c", "c", "C", ""}) // texts that are empty are like one another alone
     cfaddgrp(top.get(), cfnewgrp(cat, "", cf_grpinst, -1));
-  EXPECT_EQ(brief(top.get()), "::.c::d ::.C::d ::.d ");
+  for (int n = 0; n < 2; ++n) // line 0 is a line
+    cfchainpar(cfiterator(top.get()), cfnewpar("int", "x", 0));
+  EXPECT_EQ(brief(top.get()), "0v 0v 0d ::.c::d ::.C::d ::.d ");
+  EXPECT_TRUE(checks(top.get(), fromtable, 0).starts_with("W f:0: undefined symbol\n"));
   cfgroup *inst = cfgrp(cfunlknd(top->elem.prev->prev));
+  cfaddgrp(inst, cfnewgrp("", "", cf_grprem, -1)); // empty
   for (const char *key : {"int", "", "int", "k", ""})
     cfaddpar(inst, cfnewpar(key, "x", -1));
   EXPECT_EQ(brief(inst), "C::intv C::intv C::intd C::d ") << "in no group, it repeats nothing";
@@ -169,6 +173,15 @@ TEST(Check, TellsScopesWhereThereAreNoLines) {
             "error\nE f/C::int: duplicate symbol\nE f/C::: duplicate symbol\n"
             "E f/::.C::: duplicate symbol\n");
   EXPECT_EQ(checks(inst, fromtable, 0).substr(0, 29), "W f/C::int: undefined symbol\n");
+}
+
+TEST(Check, BeginsAnewInATopGroup) {
+  const kit::tree top(cfnewgrp("", "", cf_grptop, -1));
+  cfgroup *g = cfaddpar(cfnewgrp("", "g", cf_grpinst, -1), cfnewpar("int", "x", -1));
+  cfgroup *inner = cfaddpar(cfnewgrp("", "", cf_grptop, -1), cfnewpar("int", "x", -1));
+  cfaddgrp(top.get(), cfaddpar(cfaddgrp(g, inner), cfnewpar("int", "x", -1)));
+  EXPECT_EQ(brief(top.get()), "::g.intv ::intv ::g.intv ::g.intd ");
+  EXPECT_EQ(scopeof(inner->elem.next), "::int 6; ");
 }
 
 TEST(Check, BearsASloppyGenscope) {

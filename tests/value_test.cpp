@@ -128,6 +128,16 @@ TEST(Evaluation, AsksInOrderAndKeepsWhatItCannotReplace) {
       }
 }
 
+TEST(Evaluation, GivesTypedValues) {
+  cfparam *par = cfnewpar("key", "1", 1), *yes = cfnewpar("key", "true", 1);
+  EXPECT_EQ(cfevalpar(par, cfevint) ? cfint(par) : 0, 1);
+  EXPECT_EQ(cfevalpar(par, cfevintx) ? cfintx(par) : 0, 1);
+  EXPECT_EQ(cfevalpar(par, cfevflt) ? cfflt(par) : 0, 1);
+  EXPECT_EQ(cfevalpar(yes, cfevbool) ? cfbool(yes) : 0, 1);
+  cfdelpar(par);
+  cfdelpar(yes);
+}
+
 TEST(Evaluation, GoesThroughReferences) {
   const kit::meter memory;
   cfparam *par = cfnewpar("key", "0x10", 1), *ref = cfnewrefpar(par), *upper = cfnewrefpar(ref);
