@@ -51,7 +51,10 @@ private:
 /// The value that a plain parameter is to lose, if it is a block; to be released when nothing names it.
 void *former(cfparam *par) { return owns_value(par) ? const_cast<void *>(par->vval) : nullptr; }
 
+/// What is so already is not written: threads may ask for a value at once that is there.
 void setvalue(cfparam *par, cfeval_t eval, const void *vval) {
+  if (par->eval == eval && par->vval == vval)
+    return;
   par->eval = eval;
   par->vval = vval;
 }
