@@ -142,8 +142,9 @@ void machine::catclear() {
     return;
   cutting(&grp->link);
   const handle last(target(&grp->link));
+  const bool regular = !here.irregular(); // else the target may hang on a block that goes
   call([&] { cfcatclrgrp(grp); });
-  need(cfempty(grp) && last.alive(), "a cleared group is empty and stays, as its target does");
+  need(cfempty(grp) && (last.alive() || !regular), "a cleared group stays, as its target does");
 }
 
 } // namespace fuzz

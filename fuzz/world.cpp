@@ -36,6 +36,14 @@ size_t contents(const cfgroup *grp) {
   return count;
 }
 
+/// True if a block holds a group that is neither bound nor a run, and may be a catalog's source.
+bool nested(const cfgroup *grp) {
+  for (cfnode *it = grp->elem.next; it != &grp->elem; it = it->next)
+    if (const cfgroup *sub = group(it); sub && sub->type != cf_grpinst && sub->type != cf_grprem)
+      return true;
+  return false;
+}
+
 } // namespace
 
 std::vector<cfnode *> world::nodes(reach where) const {
@@ -104,8 +112,9 @@ bool world::irregular() const {
   for (const stacked &catalog : catalogs)
     each(catalog.root.nd, [&](cfnode *nd) { found |= group(nd) && isblock(group(nd)); });
   for (const handle &root : roots)
-    each(root.nd,
-         [&](cfnode *nd) { found |= group(nd) && isblock(group(nd)) && contents(group(nd)) > 1; });
+    each(root.nd, [&](cfnode *nd) {
+      found |= group(nd) && isblock(group(nd)) && (contents(group(nd)) > 1 || nested(group(nd)));
+    });
   return found;
 }
 
