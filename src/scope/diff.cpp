@@ -22,36 +22,37 @@ int chkscope(const char *) { return 1; }
   return diff->chkscope(askscope(buf, diff->genscope, nd)) != 0;
 }
 
-/// One side of a comparison: of an element and all below it what counts, one after the other.
+/// One side of a comparison: of an element and all below it what counts, one after the other. What
+/// stands behind the element, or NULL, is where every way out of it leads.
 class stream {
 public:
   stream(const cfdiff *record, const cfnode *nd)
-      : diff(record), whole(nd), it(nd), asks(record->chkscope != chkscope),
+      : diff(record), it(nd), end(nd->next), asks(record->chkscope != chkscope),
         remarks(record->opt & cf_diffrem) {}
 
   const cfnode *_cfdiffnext(); ///< NULL at the end
 
 private:
   const cfdiff *diff;
-  const cfnode *whole;
-  const cfnode *it; // what is looked at next; NULL at the end
+  const cfnode *it; // what is looked at next
+  const cfnode *end;
   bool asks;
   bool remarks;
 
   bool takespart(const cfnode *nd) const { return !asks || _cfdiffscope(diff, nd); }
-  const cfnode *behind(const cfnode *nd) const { return nd == whole ? nullptr : nd->next; }
 };
 
 const cfnode *stream::_cfdiffnext() {
-  while (const cfnode *nd = it) {
+  while (it != end) {
+    const cfnode *nd = it;
     if (nd->type == cf_param) {
-      it = behind(nd);
+      it = nd->next;
       if (takespart(nd))
         return nd;
     } else if (nd->type == cf_anchor) {
-      it = behind(&nd->group->link);
+      it = nd->group->link.next;
     } else if (nd->type == cf_remark) {
-      it = behind(nd);
+      it = nd->next;
       if (remarks)
         return nd;
     } else if (asgrp(nd)->type != cf_grpinst) {
@@ -60,7 +61,7 @@ const cfnode *stream::_cfdiffnext() {
       it = asgrp(nd)->elem.next;
       return nd;
     } else {
-      it = behind(nd);
+      it = nd->next;
     }
   }
   return nullptr;
@@ -82,6 +83,7 @@ bool differs(cfdiff *diff, const cfnode *nd1, const cfnode *nd2) {
     return nd1 != nd2;
   stream one(diff, nd1);
   stream two(diff, nd2);
+  const bool refs = diff->opt & cf_diffref;
   for (;;) {
     const cfnode *i1 = one._cfdiffnext();
     const cfnode *i2 = two._cfdiffnext();
@@ -89,7 +91,7 @@ bool differs(cfdiff *diff, const cfnode *nd1, const cfnode *nd2) {
       return i1 != i2;
     if (i1->type != i2->type)
       return true;
-    if (diff->opt & cf_diffref && cfdiffnd(diff, i1->ref, i2->ref))
+    if (refs && cfdiffnd(diff, i1->ref, i2->ref))
       return true;
     if (!issame(i1, i2))
       return true;
