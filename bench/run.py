@@ -65,7 +65,7 @@ def times(program, rounds):
             print(f"round {number + 1} of {rounds}: {prefix}", file=sys.stderr)
             runs = list(measure(program, prefix, "typical|wide|deep", 0.1))
             if number == 0 and prefix in scaled:
-                runs += measure(program, prefix, "scale", 0.01)
+                runs += measure(program, prefix, "scale", 0.5)
             for name, ns in runs:
                 least[name] = min(ns, least.get(name, ns))
     return least
