@@ -80,7 +80,7 @@ TEST(Lookup, FindsOnCatalogAndTree) {
       "misc {\nlevel = 3\n}\n",
       "# one\nlabel = demo\n# two\nlabel = other\nlabel = third\nlast =\nhost a {\n}\n"
       "# r\na {\n}\nhost A {\nx = 1\n}\n# r\nend b {\n}\n",
-      ""};
+      "", "h x {\n}\ng a {\n}\nh a {\n}\n"};
   const struct {
     int file;
     bool group;
@@ -110,7 +110,8 @@ TEST(Lookup, FindsOnCatalogAndTree) {
               {1, true, "end", "b", "*end b", "end b"}, // in a block
               {2, true, "a", "b", "-", "-"},
               {2, true, "", "", "-", "-"},
-              {2, false, "", nullptr, "-", "-"}};
+              {2, false, "", nullptr, "-", "-"},
+              {3, true, "h", "a", "*h a", "h a"}};
   for (const auto &[file, group, first, second, catalog, tree] : rows) {
     const kit::tree top(kit::read(files[file]).top), root(cfcatalog(top.get()));
     const auto find = [&, by = group, a = first, b = second](const kit::tree &grp) {

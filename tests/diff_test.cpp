@@ -41,6 +41,7 @@ TEST(Comparison, SeesWhatCounts) {
       {"h {\n# x\n\n}\n", "h {\n# X\n}\n", "01 01"}, // a catalog holds no remarks, its targets do
       {"# x\n\na = 1\n", "\n# x\na = 1\n", "00 00"},
       {"# x\n", "", "01 00"},
+      {"# x\n# y\n", "# x\n# z\n", "01 00"},
       {"a = 0x10\n", "a = 16\n", "11 11"},
       {"a =\n", "a {\n}\n", "11 11"},
       {"a {\n}\n", "a a {\n}\n", "11 11"},
@@ -60,6 +61,8 @@ TEST(Comparison, SeesWhatCounts) {
 }
 
 TEST(Comparison, TakesAnyElement) {
+  cfdiff dfl{};
+  EXPECT_EQ(cfdiffdfl(&dfl)->chkscope("::any"), 1);
   const kit::tree top(kit::read("# x\n\n# y\n\na = 1\ng {\na = 1\n}\nh {\na = 1\n}\na = 1\n").top);
   cfnode *x = cfgrp(top->elem.next)->elem.next, *y = cfgrp(top->elem.next->next)->elem.next;
   cfnode *a = top->elem.next->next->next, *g = a->next, *h = g->next;
