@@ -40,14 +40,14 @@ inline bool isparlevel(const cfnode *nd, const char *key) {
   return (grp->type == cf_grpval || grp->type == cf_grppar) && meets(grp->name, key);
 }
 
-/// The first parameter, block or level of them from `it` on, by the key.
+/// The first parameter, or block or level of them, from `it` on, by the key.
 inline cfnode *seekkey(cfnode *it, const char *key) {
   return seek(it, [=](const cfnode *nd) {
     return nd->type == cf_param ? meets(aspar(nd)->key, key) : isparlevel(nd, key);
   });
 }
 
-/// The same, but for parameters.
+/// The first block or level of parameters from `it` on, by the key.
 inline cfnode *seeklevel(cfnode *it, const char *key) {
   return seek(it, [=](const cfnode *nd) { return isparlevel(nd, key); });
 }
