@@ -14,11 +14,9 @@ void *cfmalloc(size_t size) {
   return block;
 }
 
-void cffree(void *block) { std::free(block); }
-
 } // namespace
 
-struct ::cfmmgr _cfmmgr = {cfmalloc, cffree};
+struct ::cfmmgr _cfmmgr = {cfmalloc, std::free};
 
 } // namespace cf
 

@@ -7,17 +7,6 @@
 #include "value/buffer.h"
 
 namespace cf {
-namespace {
-
-/// Takes the last element of a group out; its own links go with it.
-void droplast(cfgroup *grp) {
-  cfnode *last = grp->elem.prev->prev;
-  last->next = &grp->elem;
-  grp->elem.prev = last;
-}
-
-} // namespace
-
 void removal::giveback(void *block) noexcept {
   try {
     release(block);
@@ -31,29 +20,33 @@ void removal::giveback(void *block) noexcept {
 /// goes, so that what remains is a whole tree at every step.
 void removal::one(cfnode *nd) noexcept {
   // A reference's value is its target's.
-  if (nd->type == cf_param && !nd->ref && owns_value(aspar(nd)))
+  if (nd->type == cf_param && owns_value(aspar(nd)) && !nd->ref)
     giveback(const_cast<void *>(aspar(nd)->vval));
   giveback(nd);
 }
 
-/// Goes down to the last leaf, removes it, and climbs out of what ran empty.
+/// Goes down to the last leaf, removes it, and climbs out of what ran empty. What stands ahead is known
+/// before an element goes, so that no step waits for the links that the one before wrote.
 void removal::below(cfgroup *top) noexcept {
   cfgroup *grp = top;
+  cfnode *it = grp->elem.prev;
   for (;;) {
-    cfnode *last = grp->elem.prev;
-    if (last->type == cf_group) {
-      grp = asgrp(last);
-    } else if (!isanchor(last)) {
-      droplast(grp);
-      one(last);
-    } else if (grp != top) {
-      cfgroup *up = grp->link.group;
-      droplast(up);
-      one(&grp->link);
-      grp = up;
-    } else {
-      return;
+    if (it->type == cf_group) {
+      grp = asgrp(it);
+      it = grp->elem.prev;
+      continue;
     }
+    if (isanchor(it)) {
+      if (grp == top)
+        return;
+      it = &grp->link;
+      grp = it->group;
+    }
+    cfnode *ahead = it->prev;
+    ahead->next = &grp->elem;
+    grp->elem.prev = ahead;
+    one(it);
+    it = ahead;
   }
 }
 
