@@ -14,9 +14,10 @@ inline const char *criterion(const char *text) { return given(text) ? text : nul
 /// True if a text meets a criterion; NULL is none.
 inline bool meets(const char *text, const char *wanted) { return !wanted || equal(text, wanted); }
 
-/// The frame of all searches: the first node from `it` on that is a hit, else the anchor.
+/// The frame of all searches: the first node from `it` on that is a hit, else the anchor, which is asked
+/// for last because there is one alone.
 template <class Hit> cfnode *seek(cfnode *it, Hit hit) {
-  while (!isanchor(it) && !hit(it))
+  while (!hit(it) && !isanchor(it))
     it = it->next;
   return it;
 }

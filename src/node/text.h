@@ -7,13 +7,14 @@
 namespace cf {
 
 /// False if no locale takes two bytes for the two cases of one letter: in ASCII those differ in one
-/// bit.
-inline bool mayfold(unsigned char a, unsigned char b) { return (a | b) >= 0x80 || (a ^ b) == 0x20; }
+/// bit at most; beyond, any two may be. One test of a sign, since two took a tenth of a lookup more.
+inline bool mayfold(unsigned char a, unsigned char b) {
+  return static_cast<signed char>(((a ^ b) & ~0x20) | (a & 0x80)) <= 0;
+}
 
 inline bool equal(const char *a, const char *b) {
-  if (*a != *b && !mayfold(static_cast<unsigned char>(*a), static_cast<unsigned char>(*b)))
-    return false;
-  return strcasecmp(a, b) == 0;
+  return mayfold(static_cast<unsigned char>(*b), static_cast<unsigned char>(*a)) &&
+         strcasecmp(a, b) == 0;
 }
 
 /// True if `text` is given as a criterion of a search.
