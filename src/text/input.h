@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdio>
+#include <cstring>
 
 namespace cf {
 
@@ -46,7 +47,19 @@ public:
   explicit block_input(std::FILE *stream) : fd(stream) {}
   const char *row() const { return begin; }
 
-  fetched next();
+  fetched next() {
+    gobehind();
+    const auto length = static_cast<size_t>(findend() - begin);
+    if (length >= line_limit) {
+      begin[line_limit] = '\0';
+      return fetched::overflow;
+    }
+    *after = '\0';
+    // As with fgets(), what a failing stream gave of a line is no line.
+    if (!ended && (length == 0 || !std::feof(fd)))
+      return fetched::end;
+    return fetched::line;
+  }
   void drain();
 
 private:
@@ -55,14 +68,35 @@ private:
   std::FILE *fd;
   bool more = true;   // the stream may have more
   bool ended = false; // the line has its line end
-  char held = '\0';   // the byte behind the line, where its terminator stands
+  char held = '\n';   // the byte behind the line, where its terminator stands
   char buf[block + 1];
   char *begin = buf; // of the line
   char *after = buf; // behind the line
-  char *end = buf;   // of what was read
+  char *end = buf;   // of what was read; a line end stands there, so that each search finds one
 
   bool refill();
-  size_t findend();
+  char *readon();
+
+  void gobehind() {
+    *after = held;
+    begin = after;
+  }
+
+  char *seek(char *from) {
+    return static_cast<char *>(std::memchr(from, '\n', static_cast<size_t>(end + 1 - from)));
+  }
+
+  /// Finds where the line ends, without its line end. The first byte, which was put back just now, is
+  /// looked at alone: a search by larger pieces would wait for it to reach the cache, a tenth of reading.
+  char *findend() {
+    char *found = *begin == '\n' ? begin : seek(begin + 1);
+    if (found == end)
+      found = readon();
+    ended = found != end;
+    after = found + ended;
+    held = *after;
+    return found;
+  }
 };
 
 } // namespace cf
