@@ -15,7 +15,7 @@ bool block_input::refill() {
   const size_t got = more ? std::fread(buf + left, 1, room, fd) : 0;
   more = got == room;
   end = buf + left + got;
-  *end = '\n';
+  std::memset(end, '\n', 1 + line_margin);
   return got > 0;
 }
 

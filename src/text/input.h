@@ -10,6 +10,9 @@ namespace cf {
 /// Bytes of a line with its line end that can be read.
 inline constexpr size_t line_limit = 4095;
 
+/// Bytes behind the text of a line that can be read, for looks at several at once.
+inline constexpr size_t line_margin = 8;
+
 enum class fetched { line, overflow, end };
 
 /// Takes a line with each call and leaves the stream behind it, for slots that look at the stream.
@@ -41,7 +44,7 @@ private:
 };
 
 /// Takes blocks and splits them: the same lines without the cost of a call for each, which is a third
-/// of reading. The stream is ahead of the line.
+/// of reading. The stream is ahead of the line. Behind each line there is a margin.
 class block_input {
 public:
   explicit block_input(std::FILE *stream) : fd(stream) {}
@@ -69,10 +72,10 @@ private:
   bool more = true;   // the stream may have more
   bool ended = false; // the line has its line end
   char held = '\n';   // the byte behind the line, where its terminator stands
-  char buf[block + 1];
+  char buf[block + 1 + line_margin];
   char *begin = buf; // of the line
   char *after = buf; // behind the line
-  char *end = buf;   // of what was read; a line end stands there, so that each search finds one
+  char *end = buf;   // of what was read; line ends stand there, so that each search finds one
 
   bool refill();
   char *readon();
