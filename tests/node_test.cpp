@@ -72,6 +72,10 @@ TEST(Node, OneBlockForEachElement) {
                                    "param 3 'key' 'val' evaluated -> param 3\n");
   kit::checktree(ref.get());
   kit::checktree(none.get());
+  for (string text; text.size() < 40; text += static_cast<char>('a' + text.size() % 26)) {
+    const kit::tree longer(cfnewgrp(text.c_str(), text.c_str(), cf_grpinst, 1));
+    EXPECT_TRUE(longer->cat == text && longer->name == text) << text;
+  }
 }
 
 TEST(Node, MemoryManager) {
