@@ -127,7 +127,9 @@ struct cookie {
   ssize_t give(char *buf, size_t size) {
     const size_t count = bytes.substr(0, limit).copy(buf, size, at);
     at += count;
-    return count == 0 && at == limit ? -1 : static_cast<ssize_t>(count);
+    const bool fails = count == 0 && at == limit;
+    limit = fails ? never : limit;
+    return fails ? -1 : static_cast<ssize_t>(count);
   }
   ssize_t take(const char *buf, size_t size) {
     const size_t count = std::min(size, limit - out->size());

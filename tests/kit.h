@@ -39,7 +39,7 @@ std::string print(cfgroup *top, cfprinter *prn = nullptr);
 
 using stream = std::unique_ptr<FILE, int (*)(FILE *)>;
 constexpr size_t never = static_cast<size_t>(-1);
-/// A stream of `bytes`, which are borrowed, that fails instead of giving byte number `broken`.
+/// A stream of `bytes`, which are borrowed, that fails, once, before it gives byte number `broken`.
 stream source(std::string_view bytes, size_t broken = never);
 /// A stream that appends to `out` and fails, once, when there would be more than `room` bytes in it.
 stream sink(std::string &out, size_t room = never);

@@ -143,15 +143,21 @@ TEST(Reader, StreamsThatBreak) {
         file.substr(0, file.substr(0, at).rfind('\n') + 1); // a line cut off is dropped
     const kit::tree expected(kit::read("?\n" + whole).top); // as bare of blocks as after any fault
     meddler slots;
-    cflexer plain{}, &lex = at % 2 ? slots : plain;
+    const bool drained = at > begin.size() + 4094; // with slots a stream that recovers is read on
+    cflexer plain{}, &lex = at % 2 && !drained ? slots : plain;
     EXPECT_EQ(cflex(&lex, kit::source(file, at).get(), "cfg"), 0);
     const kit::tree top(lex.top);
     EXPECT_EQ(kit::dump(top.get(), false), kit::dump(expected.get(), false)) << at;
     const string said = kit::said(), last = "E cfg:" + std::to_string(lex.nrow) + ": read error\n";
     EXPECT_TRUE(said.ends_with(last) && said.find("read error") == said.rfind("read error"))
         << said;
-    EXPECT_EQ(said.find("E cfg:22: line overflow\n") == 0, at > begin.size() + 4094) << said;
+    EXPECT_EQ(said.find("E cfg:22: line overflow\n") == 0, drained) << said;
   }
+  const string late = string(16382, '\n') + "k=\n"; // the last byte comes alone
+  cflexer lex{};
+  EXPECT_EQ(cflex(&lex, kit::source(late, late.size()).get(), "cfg"), 0);
+  EXPECT_EQ(kit::dump(kit::tree(lex.top).get()), "top -1\n  param 16383 'k' ''\n");
+  EXPECT_EQ(kit::said(), "E cfg:16384: read error\n");
 }
 
 TEST(Reader, SlotsAndManagersThatLeave) {

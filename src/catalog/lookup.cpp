@@ -60,7 +60,7 @@ cfgroup *getcat(cfgroup *gc, const char *cat) {
   cfnode *it = first->type == cf_grpcat ? first->elem.next : &first->link;
   cfgroup *hit = ifgrp(seekgrp(it, nullptr, name));
   if (hit && hit != first && hit->type != cf_grpcat && !equal(hit->cat, cat))
-    hit = ifgrp(seekgrp(hit->link.next, cat, name));
+    hit = ifgrp(seekgrp(&hit->link, cat, name));
   return hit ? instance(&hit->link, cat, name) : nullptr;
 }
 

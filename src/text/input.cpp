@@ -15,15 +15,15 @@ bool block_input::refill() {
   const size_t got = more ? std::fread(buf + left, 1, room, fd) : 0;
   more = got == room;
   end = buf + left + got;
-  std::memset(end, '\n', 1 + line_margin);
+  std::memset(end, '\n', line_margin);
   return got > 0;
 }
 
-/// Reads on for the end of a line, as far as a line may reach.
+/// Reads on for the end of a line; gives the end of what was read if there is none, or no room for it.
 char *block_input::readon() {
   for (;;) {
-    const auto seen = static_cast<size_t>(end - begin);
-    if (seen >= line_limit || !refill())
+    const auto seen = end - begin;
+    if (!refill())
       return end;
     if (char *found = seek(begin + seen); found != end)
       return found;

@@ -10,7 +10,7 @@ namespace cf {
 /// Bytes of a line with its line end that can be read.
 inline constexpr size_t line_limit = 4095;
 
-/// Bytes behind the text of a line that can be read, for looks at several at once.
+/// Bytes from the terminator of a line on that can be read, for looks at several at once.
 inline constexpr size_t line_margin = 8;
 
 enum class fetched { line, overflow, end };
@@ -44,7 +44,7 @@ private:
 };
 
 /// Takes blocks and splits them: the same lines without the cost of a call for each, which is a third
-/// of reading. The stream is ahead of the line. Behind each line there is a margin.
+/// of reading. The stream is ahead of the line, which has a margin.
 class block_input {
 public:
   explicit block_input(std::FILE *stream) : fd(stream) {}
@@ -72,7 +72,7 @@ private:
   bool more = true;   // the stream may have more
   bool ended = false; // the line has its line end
   char held = '\n';   // the byte behind the line, where its terminator stands
-  char buf[block + 1 + line_margin];
+  char buf[block + line_margin];
   char *begin = buf; // of the line
   char *after = buf; // behind the line
   char *end = buf;   // of what was read; line ends stand there, so that each search finds one
