@@ -76,7 +76,8 @@ class Run:
         shapes = sorted({(library, operation) for operation in operations
                          for library in self.libraries(operation, "typical")},
                         key=lambda pair: self.ns[f"{pair[1]}/{pair[0]}/typical"])
-        names = {"LookupCatalog": "cf, catalog", "LookupTree": "cf, plain tree"}
+        names = {"LookupCatalog": "cf, catalog", "LookupTree": "cf, plain tree",
+                 "EditAddDelete": "cf, a group added and deleted"}
         rows = [[f"**{names.get(operation, library)}**" if library in OURS else library] +
                 [self.cell(operation, library, shape) for shape in SHAPES]
                 for library, operation in shapes]
@@ -117,7 +118,7 @@ class Run:
         return {"machine": self.about(), "ratios": self.ratios(), "thumb": self.thumb(),
                 "readfile": self.beside(["ReadFile"]), "readmemory": self.beside(["ReadMemory"]),
                 "lookup": self.beside(["Lookup", "LookupCatalog", "LookupTree"]),
-                "print": self.beside(["Print"]), "delete": self.beside(["Delete"]),
+                "edit": self.beside(["EditSet", "EditAddDelete"]), "print": self.beside(["Print"]), "delete": self.beside(["Delete"]),
                 "memory": self.memories(), "growth": self.ourgrowth(), "peergrowth": self.peergrowth()}
 
 

@@ -23,12 +23,8 @@ public:
   bool readmemory(const std::string &text) {
     return (document = json_loads(text.c_str(), 0, nullptr)) != nullptr;
   }
-  long get(const Route &route) {
-    const json_t *at = document;
-    for (const std::string &step : route.path)
-      at = json_object_get(at, step.c_str());
-    return static_cast<long>(json_integer_value(at));
-  }
+  long get(const Route &route) { return static_cast<long>(json_integer_value(find(route))); }
+  void set(const Route &route, long value) { json_integer_set(find(route), value); }
   void print(std::FILE *fd) { json_dumpf(document, fd, JSON_INDENT(2)); }
   void clear() {
     json_decref(document);
@@ -36,6 +32,13 @@ public:
   }
 
 private:
+  json_t *find(const Route &route) {
+    json_t *at = document;
+    for (const std::string &step : route.path)
+      at = json_object_get(at, step.c_str());
+    return at;
+  }
+
   json_t *document = nullptr;
 };
 

@@ -24,6 +24,9 @@ public:
     config_lookup_int(&config, route.dotted.c_str(), &value);
     return value;
   }
+  void set(const Route &route, long value) {
+    config_setting_set_int(config_lookup(&config, route.dotted.c_str()), static_cast<int>(value));
+  }
   void print(std::FILE *fd) { config_write(&config, fd); }
   void clear() {
     config_destroy(&config);

@@ -75,12 +75,9 @@ public:
     start();
     return cfg_parse_buf(config, text.c_str()) == CFG_SUCCESS;
   }
-  long get(const Route &route) {
-    cfg_t *section = config;
-    for (const Element *grp : route.groups)
-      section = grp->cat.empty() ? cfg_getsec(section, grp->name.c_str())
-                                 : cfg_gettsec(section, grp->cat.c_str(), grp->name.c_str());
-    return cfg_getint(section, route.param->name.c_str());
+  long get(const Route &route) { return cfg_getint(find(route), route.param->name.c_str()); }
+  void set(const Route &route, long value) {
+    cfg_setint(find(route), route.param->name.c_str(), value);
   }
   void print(std::FILE *fd) { cfg_print(config, fd); }
   void clear() {
@@ -92,6 +89,14 @@ public:
 private:
   Declarations declarations;
   cfg_t *config = nullptr;
+
+  cfg_t *find(const Route &route) {
+    cfg_t *section = config;
+    for (const Element *grp : route.groups)
+      section = grp->cat.empty() ? cfg_getsec(section, grp->name.c_str())
+                                 : cfg_gettsec(section, grp->cat.c_str(), grp->name.c_str());
+    return section;
+  }
 
   void start() {
     clear();

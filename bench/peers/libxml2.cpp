@@ -18,7 +18,7 @@ bool hasname(const xmlNode *node, const std::string &text) {
   return node->properties && istext(node->properties->children->content, text);
 }
 
-const xmlNode *child(const xmlNode *node, const std::string &tag, const std::string *name) {
+xmlNode *child(xmlNode *node, const std::string &tag, const std::string *name) {
   for (node = node->children; node; node = node->next)
     if (node->type == XML_ELEMENT_NODE && istext(node->name, tag) &&
         (!name || hasname(node, *name)))
@@ -44,11 +44,12 @@ public:
     return document != nullptr;
   }
   long get(const Route &route) {
-    const xmlNode *at = xmlDocGetRootElement(document);
-    for (const Element *grp : route.groups)
-      at = grp->cat.empty() ? child(at, grp->name, nullptr) : child(at, grp->cat, &grp->name);
-    at = child(at, route.param->name, nullptr);
-    return std::strtol(reinterpret_cast<const char *>(at->children->content), nullptr, 10);
+    const xmlChar *text = find(route)->children->content;
+    return std::strtol(reinterpret_cast<const char *>(text), nullptr, 10);
+  }
+  void set(const Route &route, long value) {
+    const std::string text = std::to_string(value);
+    xmlNodeSetContent(find(route), reinterpret_cast<const xmlChar *>(text.c_str()));
   }
   void print(std::FILE *fd) { xmlDocFormatDump(fd, document, 1); }
   void clear() {
@@ -57,6 +58,13 @@ public:
   }
 
 private:
+  xmlNode *find(const Route &route) {
+    xmlNode *at = xmlDocGetRootElement(document);
+    for (const Element *grp : route.groups)
+      at = grp->cat.empty() ? child(at, grp->name, nullptr) : child(at, grp->cat, &grp->name);
+    return child(at, route.param->name, nullptr);
+  }
+
   static constexpr int options = XML_PARSE_NOBLANKS;
   xmlDoc *document = nullptr;
 };

@@ -25,16 +25,19 @@ public:
     document = nlohmann::json::parse(text);
     return true;
   }
-  long get(const Route &route) {
-    const nlohmann::json *at = &document;
-    for (const std::string &step : route.path)
-      at = &at->at(step);
-    return at->get<long>();
-  }
+  long get(const Route &route) { return find(route).get<long>(); }
+  void set(const Route &route, long value) { find(route) = value; }
   void print(std::FILE *fd) { std::fputs(document.dump(2).c_str(), fd); }
   void clear() { document = nullptr; }
 
 private:
+  nlohmann::json &find(const Route &route) {
+    nlohmann::json *at = &document;
+    for (const std::string &step : route.path)
+      at = &at->at(step);
+    return *at;
+  }
+
   nlohmann::json document;
 };
 

@@ -1,8 +1,8 @@
 // Peer: another library under the same operations.
 //
 // A peer is a class that holds one document: constructed for a shape, with readfile() and
-// readmemory() that give false on failure, get() of an integer parameter, clear(), and print() if
-// the library has one; `name` and `syntax` are static.
+// readmemory() that give false on failure, get() of an integer parameter, clear(), and set() and
+// print() if the library has them; `name` and `syntax` are static.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -47,6 +47,20 @@ template <class Peer> Task peerlookup(const Shape &shape) {
           .units = shape.routes.size()};
 }
 
+/// Sets integers to what they are, so that each round finds the same; first it is seen that they change.
+template <class Peer> Task peersetting(const Shape &shape) {
+  const auto peer = loaded<Peer>(shape);
+  for (const Route &route : shape.routes)
+    if (peer->set(route, -1); peer->get(route) != -1)
+      broken(Peer::name);
+  return {.work =
+              [&shape, peer] {
+                for (const Route &route : shape.routes)
+                  peer->set(route, route.value);
+              },
+          .units = shape.routes.size()};
+}
+
 template <class Peer> Task peerprinting(const Shape &shape) {
   return {.work = [peer = loaded<Peer>(shape), sink = opensink()] { peer->print(sink.get()); }};
 }
@@ -62,6 +76,8 @@ template <class Peer> bool addpeer() {
   add({"ReadFile", Peer::name, peerreadingfile<Peer>});
   add({"ReadMemory", Peer::name, peerreadingmemory<Peer>, true});
   add({"Lookup", Peer::name, peerlookup<Peer>});
+  if constexpr (requires(Peer peer, Route route) { peer.set(route, 1); })
+    add({"EditSet", Peer::name, peersetting<Peer>});
   if constexpr (requires(Peer peer, std::FILE * fd) { peer.print(fd); })
     add({"Print", Peer::name, peerprinting<Peer>});
   return add({"Delete", Peer::name, peerdeleting<Peer>});

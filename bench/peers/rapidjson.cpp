@@ -31,12 +31,8 @@ public:
     document.emplace().Parse(text.data(), text.size());
     return !document->HasParseError();
   }
-  long get(const Route &route) {
-    const rapidjson::Value *at = &*document;
-    for (const std::string &step : route.path)
-      at = &(*at)[step.c_str()];
-    return at->GetInt();
-  }
+  long get(const Route &route) { return find(route).GetInt(); }
+  void set(const Route &route, long value) { find(route).SetInt(static_cast<int>(value)); }
   void print(std::FILE *fd) {
     char buffer[buffer_size];
     rapidjson::FileWriteStream stream(fd, buffer, sizeof buffer);
@@ -47,6 +43,13 @@ public:
   void clear() { document.reset(); }
 
 private:
+  rapidjson::Value &find(const Route &route) {
+    rapidjson::Value *at = &*document;
+    for (const std::string &step : route.path)
+      at = &(*at)[step.c_str()];
+    return *at;
+  }
+
   static constexpr std::size_t buffer_size = 65536;
   std::optional<rapidjson::Document> document;
 };

@@ -24,12 +24,8 @@ public:
     table = toml::parse(text);
     return true;
   }
-  long get(const Route &route) {
-    toml::node_view<toml::node> at{table};
-    for (const std::string &step : route.path)
-      at = at[step];
-    return static_cast<long>(at.value_or(std::int64_t{-1}));
-  }
+  long get(const Route &route) { return static_cast<long>(find(route).ref<std::int64_t>()); }
+  void set(const Route &route, long value) { find(route).ref<std::int64_t>() = value; }
   void print(std::FILE *fd) {
     std::ostringstream out;
     out << table;
@@ -38,6 +34,13 @@ public:
   void clear() { table = toml::table(); }
 
 private:
+  toml::node_view<toml::node> find(const Route &route) {
+    toml::node_view<toml::node> at{table};
+    for (const std::string &step : route.path)
+      at = at[step];
+    return at;
+  }
+
   toml::table table;
 };
 

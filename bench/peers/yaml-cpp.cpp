@@ -22,12 +22,8 @@ public:
     root = YAML::Load(text);
     return root.IsMap();
   }
-  long get(const Route &route) {
-    YAML::Node at = root;
-    for (const std::string &step : route.path)
-      at.reset(at[step]);
-    return at.as<long>();
-  }
+  long get(const Route &route) { return find(route).as<long>(); }
+  void set(const Route &route, long value) { find(route) = value; }
   void print(std::FILE *fd) {
     YAML::Emitter out;
     out << root;
@@ -36,6 +32,13 @@ public:
   void clear() { root.reset(); }
 
 private:
+  YAML::Node find(const Route &route) {
+    YAML::Node at = root;
+    for (const std::string &step : route.path)
+      at.reset(at[step]);
+    return at;
+  }
+
   YAML::Node root;
 };
 

@@ -44,7 +44,8 @@ private:
 };
 
 /// Takes blocks and splits them: the same lines without the cost of a call for each, which is a third
-/// of reading. The stream is ahead of the line, which has a margin.
+/// of reading. The stream is ahead of the line, which has a margin. What each line needs stands inline,
+/// and only what a block needs apart.
 class block_input {
 public:
   explicit block_input(std::FILE *stream) : fd(stream) {}
