@@ -69,8 +69,8 @@ list(FILTER cf_runtime INCLUDE REGEX "^(stdc|c)\\+\\+$")
 target_link_libraries(${cf_static} INTERFACE $<$<LINK_LANGUAGE:C>:${cf_runtime}>)
 
 # The symbol map is the list of what is exported. Calls inside the library are bound when it is linked,
-# except those of the functions that an application may displace. Calls out of it go by its table
-# without a stub on the way, which saves a tenth of a lookup or a check; they are bound at loading.
+# except those of the functions that an application may displace. Calls out of it take the
+# address from its table themselves, with no stub on the way, which saves a tenth of a lookup or a check.
 if(NOT APPLE)
   set(map ${PROJECT_SOURCE_DIR}/cmake/cf.map)
   set(displaceable ${PROJECT_SOURCE_DIR}/cmake/displaceable.list)

@@ -7,6 +7,16 @@
 #include "value/buffer.h"
 
 namespace cf {
+namespace {
+
+/// Takes the last element of a group out; its own links go with it.
+void droplast(cfgroup *grp, const cfnode *last) {
+  last->prev->next = &grp->elem;
+  grp->elem.prev = last->prev;
+}
+
+} // namespace
+
 void removal::giveback(void *block) noexcept {
   try {
     release(block);
@@ -20,33 +30,28 @@ void removal::giveback(void *block) noexcept {
 /// goes, so that what remains is a whole tree at every step.
 void removal::one(cfnode *nd) noexcept {
   // A reference's value is its target's.
-  if (nd->type == cf_param && owns_value(aspar(nd)) && !nd->ref)
+  if (nd->type == cf_param && !nd->ref && owns_value(aspar(nd)))
     giveback(const_cast<void *>(aspar(nd)->vval));
   giveback(nd);
 }
 
-/// Goes down to the last leaf, removes it, and climbs out of what ran empty. What stands ahead is known
-/// before an element goes, so that no step waits for the links that the one before wrote.
+/// Goes down to the last leaf, removes it, and climbs out of what ran empty.
 void removal::below(cfgroup *top) noexcept {
   cfgroup *grp = top;
-  cfnode *it = grp->elem.prev;
   for (;;) {
-    if (it->type == cf_group) {
-      grp = asgrp(it);
-      it = grp->elem.prev;
+    cfnode *last = grp->elem.prev;
+    if (last->type == cf_group) {
+      grp = asgrp(last);
       continue;
     }
-    if (isanchor(it)) {
+    if (isanchor(last)) {
       if (grp == top)
         return;
-      it = &grp->link;
-      grp = it->group;
+      last = &grp->link;
+      grp = last->group;
     }
-    cfnode *ahead = it->prev;
-    ahead->next = &grp->elem;
-    grp->elem.prev = ahead;
-    one(it);
-    it = ahead;
+    droplast(grp, last);
+    one(last);
   }
 }
 

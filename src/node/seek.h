@@ -15,7 +15,7 @@ inline const char *criterion(const char *text) { return given(text) ? text : nul
 inline bool meets(const char *text, const char *wanted) { return !wanted || equal(text, wanted); }
 
 /// The frame of all searches: the first node from `it` on that is a hit, else the anchor, which is asked
-/// for last because there is one alone.
+/// for last because a list has only one. So a hit looks at the type of a node before all else.
 template <class Hit> cfnode *seek(cfnode *it, Hit hit) {
   while (!hit(it) && !isanchor(it))
     it = it->next;

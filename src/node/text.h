@@ -6,15 +6,15 @@
 
 namespace cf {
 
-/// False if no locale takes two bytes for the two cases of one letter: in ASCII those differ in one
-/// bit at most; beyond, any two may be. One test of a sign, since two took a tenth of a lookup more.
+/// True if two bytes may be the same letter in some locale: in ASCII if they differ in nothing but the
+/// bit of the case, and beyond ASCII always. One test of a sign, since two took a tenth of a lookup more.
 inline bool mayfold(unsigned char a, unsigned char b) {
   return static_cast<signed char>(((a ^ b) & ~0x20) | (a & 0x80)) <= 0;
 }
 
-inline bool equal(const char *a, const char *b) {
-  return mayfold(static_cast<unsigned char>(*b), static_cast<unsigned char>(*a)) &&
-         strcasecmp(a, b) == 0;
+inline bool equal(const char *text, const char *wanted) {
+  return mayfold(static_cast<unsigned char>(*wanted), static_cast<unsigned char>(*text)) &&
+         strcasecmp(text, wanted) == 0;
 }
 
 /// True if `text` is given as a criterion of a search.

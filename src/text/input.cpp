@@ -35,6 +35,8 @@ void block_input::drain() {
     gobehind();
     findend();
   }
+  if (!ended)
+    more = !std::feof(fd); // as with fgets(), a stream that recovers is read on
 }
 
 } // namespace cf

@@ -43,7 +43,7 @@ private:
   char buf[line_limit + 1];
 };
 
-/// Takes blocks and splits them: the same lines without the cost of a call for each, which is a third
+/// Takes blocks and splits them: the same lines without the cost of a call for each, which is a quarter
 /// of reading. The stream is ahead of the line, which has a margin. What each line needs stands inline,
 /// and only what a block needs apart.
 class block_input {
@@ -76,7 +76,8 @@ private:
   char buf[block + line_margin];
   char *begin = buf; // of the line
   char *after = buf; // behind the line
-  char *end = buf;   // of what was read; line ends stand there, so that each search finds one
+  char *end = buf;   // of what was read; a line end stands there, so that each search finds one,
+                     // unless the terminator does until gobehind(); then the rest of the margin
 
   bool refill();
   char *readon();

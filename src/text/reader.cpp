@@ -8,6 +8,7 @@
 #include "text/nesting.h"
 
 #include <cstring>
+#include <string_view>
 
 using namespace cf;
 
@@ -48,11 +49,12 @@ struct slot_reading {
 struct plain_reading {
   using input = block_input;
 
-  /// Goes over blanks by as many as the margin holds: indented deeply, a file is read a fifth faster.
+  /// Goes over blanks by eights, which the margin allows: indented deeply, a file is read a fifth faster.
   static const char *skipindent(const char *p) {
-    constexpr char blanks[line_margin + 1] = "        ";
-    while (std::memcmp(p, blanks, line_margin) == 0)
-      p += line_margin;
+    constexpr std::string_view blanks = "        ";
+    static_assert(blanks.size() <= line_margin);
+    while (std::memcmp(p, blanks.data(), blanks.size()) == 0)
+      p += blanks.size();
     return p;
   }
 
