@@ -16,7 +16,8 @@ namespace {
 template <class Word> bool copyends(char *to, const char *from, size_t n) {
   if (n / sizeof(Word) != 1)
     return false;
-  Word first, last;
+  Word first;
+  Word last;
   std::memcpy(&first, from, sizeof first);
   std::memcpy(&last, from + n - sizeof last, sizeof last);
   std::memcpy(to, &first, sizeof first);
