@@ -118,7 +118,8 @@ class Run:
         return {"machine": self.about(), "ratios": self.ratios(), "thumb": self.thumb(),
                 "readfile": self.beside(["ReadFile"]), "readmemory": self.beside(["ReadMemory"]),
                 "lookup": self.beside(["Lookup", "LookupCatalog", "LookupTree"]),
-                "edit": self.beside(["EditSet", "EditAddDelete"]), "print": self.beside(["Print"]), "delete": self.beside(["Delete"]),
+                "edit": self.beside(["EditSet", "EditAddDelete"]),
+                "print": self.beside(["Print"]), "delete": self.beside(["Delete"]),
                 "memory": self.memories(), "growth": self.ourgrowth(), "peergrowth": self.peergrowth()}
 
 

@@ -6,8 +6,8 @@ using namespace cf;
 
 namespace {
 
-// Each search stands apart, so that it saves the registers that it needs and no more: together a tenth of
-// a lookup in a small file.
+// Each search stands apart, so that it saves the registers that it needs and no more: in one function a
+// lookup in a small tree took a sixth more.
 
 // A search for a parameter goes into the first level or block of the key that it meets; what stands
 // behind that is not looked at.

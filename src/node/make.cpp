@@ -26,7 +26,7 @@ template <class Word> bool copyends(char *to, const char *from, size_t n) {
 }
 
 /// Copies `text` with a terminator to `to`; gives the place behind it. Most texts are short, and a call
-/// of memcpy() costs more than their bytes: without it, copying a tree is a quarter faster.
+/// of memcpy() costs more than their bytes: without it, copying a tree is up to a quarter faster.
 inline char *store(char *to, std::string_view text) {
   const size_t n = text.size();
   const char *from = text.data();

@@ -7,7 +7,7 @@
 namespace cf {
 
 /// True if two bytes may be the same letter in some locale: in ASCII if they differ in nothing but the
-/// bit of the case, and beyond ASCII always. One test of a sign, since two took a tenth of a lookup more.
+/// bit of the case, and beyond ASCII always. One test of a sign: two took 4 % of a lookup in a tree more.
 inline bool mayfold(unsigned char a, unsigned char b) {
   return static_cast<signed char>(((a ^ b) & ~0x20) | (a & 0x80)) <= 0;
 }

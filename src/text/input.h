@@ -77,7 +77,7 @@ private:
   char *begin = buf; // of the line
   char *after = buf; // behind the line
   char *end = buf;   // of what was read; a line end stands there, so that each search finds one,
-                     // unless the terminator does until gobehind(); then the rest of the margin
+                     // but while the last line's terminator takes its place, until gobehind()
 
   bool refill();
   char *readon();
