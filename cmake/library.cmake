@@ -1,22 +1,23 @@
-# The two libraries: the target cf, of the kind that BUILD_SHARED_LIBS asks for, and its twin of the
-# other kind. Whatever stands here is PRIVATE, so that nothing of it reaches a user of the library.
+# The two libraries: the target cf, static or shared as BUILD_SHARED_LIBS says, and a second target of
+# the other kind. All options here are PRIVATE: they do not reach programs that use the library.
 # SPDX-License-Identifier: MIT
 
 include(GNUInstallDirs)
 
 set(cf_sources
-  src/platform/emsg.cpp src/platform/fail.cpp src/platform/wmsg.cpp
-  src/node/copy.cpp src/node/link.cpp src/node/make.cpp src/node/memory.cpp src/node/remove.cpp
-    src/node/seek.cpp
+  src/platform/emsg.cpp src/platform/fail.cpp src/platform/messages.cpp src/platform/wmsg.cpp
+  src/node/copy.cpp src/node/index.cpp src/node/link.cpp src/node/make.cpp src/node/memory.cpp
+    src/node/remove.cpp src/node/seek.cpp
   src/value/evaluators.cpp src/value/getters.cpp src/value/value.cpp
-  src/text/blocks.cpp src/text/input.cpp src/text/lexer.cpp src/text/printer.cpp src/text/reader.cpp
-  src/scope/diff.cpp src/scope/duplicate.cpp src/scope/names.cpp src/scope/parser.cpp
+  src/text/blocks.cpp src/text/format.cpp src/text/input.cpp src/text/lexer.cpp src/text/printer.cpp
+    src/text/reader.cpp
+  src/scope/check.cpp src/scope/diff.cpp src/scope/duplicate.cpp src/scope/names.cpp
     src/scope/scope.cpp
   src/catalog/build.cpp src/catalog/exchange.cpp src/catalog/insert.cpp src/catalog/lookup.cpp
     src/catalog/remove.cpp)
 list(TRANSFORM cf_sources PREPEND ${PROJECT_SOURCE_DIR}/)
 
-# Gives a target of ours the warnings that all of our code is free of.
+# Turns on the warnings for a target of this project. All of its code compiles without one.
 function(cf_warn target)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wvla -Wformat=2
@@ -34,9 +35,7 @@ function(cf_add_library target kind)
       $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
     PRIVATE ${PROJECT_SOURCE_DIR}/src)
   target_compile_features(${target} PRIVATE cxx_std_20)
-  # The loops of a search are of some ten instructions, and a lookup takes up to a tenth more where they
-  # lie across fetch lines, as any change elsewhere may place them.
-  target_compile_options(${target} PRIVATE -fno-rtti $<$<CXX_COMPILER_ID:GNU>:-falign-loops=32>)
+  target_compile_options(${target} PRIVATE -fno-rtti)
   cf_warn(${target})
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME cf
@@ -48,7 +47,7 @@ function(cf_add_library target kind)
     VISIBILITY_INLINES_HIDDEN ON)
 endfunction()
 
-# Inside another project the twin is built only if somebody asks for it.
+# Inside another project, the library of the other kind is built only if a target needs it.
 if(NOT PROJECT_IS_TOP_LEVEL AND NOT CF_INSTALL)
   set(cf_if_asked EXCLUDE_FROM_ALL)
 endif()
@@ -65,14 +64,14 @@ else()
 endif()
 add_library(cf::cf ALIAS cf)
 
-# A C program that links the static library needs the C++ runtime, which its own linker does not add.
+# A C program that links the static library needs the C++ runtime, which the linker does not add for C.
 set(cf_runtime ${CMAKE_CXX_IMPLICIT_LINK_LIBRARIES})
 list(FILTER cf_runtime INCLUDE REGEX "^(stdc|c)\\+\\+$")
 target_link_libraries(${cf_static} INTERFACE $<$<LINK_LANGUAGE:C>:${cf_runtime}>)
 
-# The symbol map is the list of what is exported. Calls inside the library are bound when it is linked,
-# except those of the functions that an application may displace. Calls out of it take the
-# address from its table themselves, with no stub on the way, which saves a tenth of a lookup or a check.
+# The symbol map lists the exported names. Calls inside the library are bound when it is linked, except
+# those of the functions that a program may replace by its own. Calls of the C library go through its
+# address table without a stub: check and comparison make one for nearly every element.
 if(NOT APPLE)
   set(map ${PROJECT_SOURCE_DIR}/cmake/cf.map)
   set(displaceable ${PROJECT_SOURCE_DIR}/cmake/displaceable.list)

@@ -1,15 +1,67 @@
 // Catalog construction: references to all instances and parameters of a tree, sorted into levels.
 // SPDX-License-Identifier: MIT
 #include "catalog/filing.h"
-
 #include "node/make.h"
-#include "node/ring.h"
+#include "node/unlinked.h"
 #include "node/walk.h"
 
 #include <cassert>
 
-namespace cf {
+using namespace cfcore;
+
+cfgroup *cfcatalog(cfgroup *grp) {
+  unlinked made; // deletes the catalog if the manager throws
+  cfgroup *root = cfnewrefgrp(grp);
+  made.add(&root->link);
+  _cfcatelem(root, grp);
+  made.unlink_all();
+  return root;
+}
+
+namespace cfcore {
 namespace {
+
+/// Visitor that files what the walk meets. The owner of the search, under which it files, goes down
+/// and climbs in step with the walk.
+class filer {
+public:
+  /// What `group` holds is filed under `owner`.
+  filer(cfgroup *owner, const cfgroup *group) : source(group), root(owner), search(owner) {}
+
+  go enter(cfgroup *grp) {
+    if (isfiled(grp)) {
+      const auto [ref, level] = _cfcatgrp(search, grp);
+      putlast(level, &ref->link);
+      search.enter(ref);
+    }
+    return go::on;
+  }
+  go leaf(cfnode *nd) {
+    if (nd->type == cf_param) {
+      const auto [ref, level] = _cfcatpar(search, aspar(nd));
+      putlast(level, &ref->link);
+    }
+    return go::on;
+  }
+  go leave(cfgroup *grp) {
+    if (isfiled(grp)) {
+      cfgroup *gc = search.owner();
+      do {
+        gc = gc->link.group;
+        assert(gc);
+      } while (gc != root && gc->type == cf_grpcat);
+      search.leave(gc);
+    }
+    return go::on;
+  }
+
+private:
+  const cfgroup *source;
+  const cfgroup *root;
+  searches search;
+
+  bool isfiled(const cfgroup *grp) const { return grp->type == cf_grpinst && grp != source; }
+};
 
 cfgroup *addlevel(cfgroup *grp, const char *cat, const char *name, cfgroup_t type) {
   cfgroup *level = makegrp(cat, name, type, -1);
@@ -17,76 +69,32 @@ cfgroup *addlevel(cfgroup *grp, const char *cat, const char *name, cfgroup_t typ
   return level;
 }
 
-/// The level in `grp` that the search finds, or a new one if it meets a plain element or nothing.
-cfgroup *level(cfgroup *grp, const char *cat, const char *name) {
-  cfgroup *hit = ifgrp(cfseekgrp(grp->elem.next, cat, name));
+/// The category level or name level in `grp` that a search for the texts finds. A new one, if it
+/// finds nothing or something else.
+cfgroup *level(searches &search, cfgroup *grp, const char *cat, const char *name) {
+  cfgroup *hit = ifgrp(search.group(grp, criterion(cat), criterion(name)));
   return hit && hit->type == cf_grpcat ? hit : addlevel(grp, cat, name, cf_grpcat);
 }
 
-/// Visitor that files what the walk meets. `gc`, the owner of the group that the walk is in, goes down
-/// and climbs in step with it.
-struct filer {
-  const cfgroup *source; // stands for itself: only what is below it is filed
-  const cfgroup *root;   // the owner that stands for it
-  cfgroup *gc;
-
-  bool isfiled(const cfgroup *grp) const { return grp->type == cf_grpinst && grp != source; }
-
-  go enter(cfgroup *grp) {
-    if (isfiled(grp)) {
-      gc = _cfcatgrp(gc, grp);
-      putlast(gc->link.group, &gc->link);
-    }
-    return go::on;
-  }
-  go leaf(cfnode *nd) {
-    if (nd->type == cf_param) {
-      cfparam *ref = _cfcatpar(gc, aspar(nd));
-      putlast(ref->link.group, &ref->link);
-    }
-    return go::on;
-  }
-  go leave(cfgroup *grp) {
-    if (isfiled(grp))
-      do {
-        gc = gc->link.group;
-        assert(gc);
-      } while (gc != root && gc->type == cf_grpcat);
-    return go::on;
-  }
-};
-
 } // namespace
 
-cfgroup *_cfcatgrp(cfgroup *gc, cfgroup *grp) {
-  cfgroup *name = level(*grp->cat ? level(gc, grp->cat, "") : gc, "", grp->name);
-  cfgroup *ref = cfnewrefgrp(grp);
-  ref->link.group = name;
-  return ref;
-}
-
-cfparam *_cfcatpar(cfgroup *gc, cfparam *par) {
-  cfgroup *hit = ifgrp(cfseekpar(gc->elem.next, par->key, nullptr));
-  cfgroup *value = hit ? hit : addlevel(gc, "", par->key, cf_grpval);
-  cfparam *ref = cfnewrefpar(par);
-  ref->link.group = value;
-  return ref;
-}
-
 void _cfcatelem(cfgroup *gc, cfgroup *grp) {
-  filer visitor{grp, gc, gc};
+  filer visitor(gc, grp);
   walk(grp, visitor);
 }
 
-} // namespace cf
-
-using namespace cf;
-
-cfgroup *cfcatalog(cfgroup *grp) {
-  ring made;
-  cfgroup *root = cfnewrefgrp(grp);
-  made.add(&root->link);
-  _cfcatelem(root, grp);
-  made.letgo();
-  return root;
+filed<cfgroup> _cfcatgrp(searches &search, cfgroup *grp) {
+  cfgroup *gc = search.owner();
+  cfgroup *holder = *grp->cat ? level(search, gc, grp->cat, "") : gc;
+  cfgroup *names = level(search, holder, "", grp->name);
+  return {cfnewrefgrp(grp), names};
 }
+
+filed<cfparam> _cfcatpar(searches &search, cfparam *par) {
+  cfgroup *gc = search.owner();
+  cfgroup *hit = ifgrp(search.key(gc, criterion(par->key)));
+  cfgroup *values = hit ? hit : addlevel(gc, "", par->key, cf_grpval);
+  return {cfnewrefpar(par), values};
+}
+
+} // namespace cfcore

@@ -2,42 +2,21 @@
 // SPDX-License-Identifier: MIT
 #include "catalog/filing.h"
 #include "catalog/owner.h"
-#include "node/ring.h"
+#include "node/make.h"
 #include "node/text.h"
+#include "node/unlinked.h"
 
-using namespace cf;
+using namespace cfcore;
 
 namespace {
 
-/// Makes a reference show the element at the end of its chain.
-void show(cfnode *ref, cfnode *nd) {
+/// Makes a reference show an element, which is at the end of its chain.
+void show(cfnode *ref, const cfnode *elem) {
   switch (ref->type) {
-  case cf_group: {
-    cfgroup *to = asgrp(ref);
-    const cfgroup *from = asgrp(nd);
-    to->row = from->row;
-    to->cat = from->cat;
-    to->name = from->name;
-    to->type = from->type;
-    break;
-  }
-  case cf_remark: {
-    cfremark *to = asrem(ref);
-    to->row = asrem(nd)->row;
-    to->txt = asrem(nd)->txt;
-    break;
-  }
-  case cf_param: {
-    cfparam *to = aspar(ref);
-    const cfparam *from = aspar(nd);
-    to->row = from->row;
-    to->key = from->key;
-    to->val = from->val;
-    to->eval = from->eval;
-    to->vval = from->vval;
-    break;
-  }
-  case cf_anchor: break;
+  case cf_group: return refer(asgrp(ref), asgrp(elem));
+  case cf_remark: return refer(asrem(ref), asrem(elem));
+  case cf_param: return refer(aspar(ref), aspar(elem));
+  case cf_anchor: return;
   }
 }
 
@@ -48,10 +27,10 @@ void refile(cfnode *lowest, cfnode *ref) { // NOLINT(misc-no-recursion): a step 
   _cfcatelem(asgrp(ref), asgrp(ref->ref));
 }
 
-/// Moves all that a group holds to a ring.
-void empty(cfgroup *grp, ring &dying) {
+/// Takes all elements out of a group.
+void empty(cfgroup *grp, unlinked &removed) {
   while (!isanchor(grp->elem.next))
-    dying.add(grp->elem.next);
+    removed.add(grp->elem.next);
 }
 
 } // namespace
@@ -61,24 +40,24 @@ cfnode *cfcatxcgnd(cfnode *cnd, cfnode *nd) {
     return nullptr;
   cfnode *lowest = nullptr; // the reference next to the tree
   cfnode *old = cnd;
-  for (; old->ref; old = old->ref)
+  for (; old->ref && old != nd; old = old->ref) // `nd` may itself be a reference of the chain
     lowest = old;
   const bool isgroup = cnd->type == cf_group;
 
-  // All links are turned before anything is released, and all is released before anything is made:
-  // whenever the manager leaves, nothing that is linked leads to what is gone. On the ring the old
-  // element comes last, and so goes first.
-  ring dying;
+  // First all links are changed, then the old elements are released, and then the new references
+  // are made. So no link leads to a released element when the manager throws or jumps out. The old
+  // target is removed last and therefore released first.
+  unlinked removed;
   if (lowest)
     lowest->ref = nd;
   for (cfnode *ref = cnd; lowest && ref != nd; ref = ref->ref) {
     show(ref, nd);
     if (isgroup)
-      empty(asgrp(ref), dying);
+      empty(asgrp(ref), removed);
   }
   if (old != nd)
-    dying.add(cfxcgnd(old, nd));
-  dying.clear();
+    removed.add(cfxcgnd(old, nd));
+  removed.delete_all();
   if (lowest && isgroup)
     refile(lowest, cnd);
   return lowest ? cnd : nd;

@@ -2,16 +2,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "cf.h"
+#include "node/index.h"
 
-namespace cf {
+namespace cfcore {
 
-// Each makes a reference to be filed under the owner `gc`, with the levels that are missing. It is in
-// no list yet, but its `group` names the level that it is to be linked into.
-cfgroup *_cfcatgrp(cfgroup *gc, cfgroup *grp); ///< to an instance, without what it holds
-cfparam *_cfcatpar(cfgroup *gc, cfparam *par); ///< to a parameter
+/// A new reference, which is in no list yet, and the level that it is to be linked into.
+template <class Element> struct filed {
+  Element *ref;
+  cfgroup *level;
+};
+
+// Each makes a reference to be filed under the owner of the search, and the levels that are
+// missing.
+filed<cfgroup> _cfcatgrp(searches &search, cfgroup *grp); ///< without what `grp` holds
+filed<cfparam> _cfcatpar(searches &search, cfparam *par);
 
 /// Files all instances and parameters below `grp` under the owner `gc`.
 void _cfcatelem(cfgroup *gc, cfgroup *grp);
 
-} // namespace cf
+} // namespace cfcore

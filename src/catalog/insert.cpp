@@ -2,31 +2,43 @@
 // SPDX-License-Identifier: MIT
 #include "catalog/filing.h"
 #include "catalog/owner.h"
-#include "node/ring.h"
+#include "node/unlinked.h"
 #include "node/walk.h"
 
 #include <cassert>
 
-using namespace cf;
+using namespace cfcore;
 
 namespace {
 
-/// An owner on the way down to the tree, and the one in the catalog above.
+struct step;
+
+template <class Element> // NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
+Element *insert(cfgroup *gc, cfgroup_t level, Element *elem, step *above = nullptr);
+
+} // namespace
+
+cfgroup *cfcataddgrp(cfgroup *gc, cfgroup *elem) { return insert(gc, cf_grpcat, elem); }
+cfparam *cfcataddpar(cfgroup *gc, cfparam *elem) { return insert(gc, cf_grpval, elem); }
+
+namespace {
+
+/// An owner on the way down to the tree, by the searches for it, and the one in the catalog above.
 struct step {
-  cfgroup *gc;
-  const step *above; // NULL: the owner that was given
+  searches search;
+  step *above; // NULL: this is the owner that was given
 };
 
-/// The references for what one call adds. They wait, each bearing its level in `group`, and are linked
-/// when all of them are made: an exception of the manager leaves tree and catalogs as they were, but
-/// for empty levels.
+/// The references for what one call adds. They wait in a list of their own, each with its level in
+/// `group`, and are linked when all of them are made. So when the manager throws, the tree and the
+/// catalogs are as they were, except for empty levels.
 class insertion {
 public:
-  /// Files an instance, with all below it, in the catalogs from the `lowest` up.
-  cfgroup *file(const step *lowest, cfgroup *inst) {
-    for (const step *it = lowest; it; it = it->above) {
-      cfgroup *ref = _cfcatgrp(it->gc, inst);
-      wait(&ref->link);
+  /// Files an instance, with all below it, in the catalogs from the `lowest` up. Gives the last
+  /// reference.
+  cfgroup *file(step *lowest, cfgroup *inst) {
+    for (step *it = lowest; it; it = it->above) {
+      cfgroup *ref = wait(_cfcatgrp(it->search, inst));
       _cfcatelem(ref, inst);
       inst = ref;
     }
@@ -34,11 +46,9 @@ public:
   }
 
   /// Files a parameter likewise.
-  cfparam *file(const step *lowest, cfparam *par) {
-    for (const step *it = lowest; it; it = it->above) {
-      par = _cfcatpar(it->gc, par);
-      wait(&par->link);
-    }
+  cfparam *file(step *lowest, cfparam *par) {
+    for (step *it = lowest; it; it = it->above)
+      par = wait(_cfcatpar(it->search, par));
     return par;
   }
 
@@ -52,25 +62,25 @@ public:
   }
 
 private:
-  ring waiting;
+  unlinked waiting;
 
-  void wait(cfnode *ref) {
-    cfgroup *level = ref->group;
-    waiting.add(ref);
-    ref->group = level;
+  template <class Element> Element *wait(const filed<Element> &made) {
+    waiting.add(&made.ref->link);
+    made.ref->link.group = made.level;
+    return made.ref;
   }
 };
 
 /// Visitor that files the contents of a group that is no instance itself, each in every catalog.
 struct content_filer {
   insertion &refs;
-  const step *lowest;
+  step *lowest;
 
   go enter(cfgroup *grp) {
     if (grp->type != cf_grpinst)
       return go::on;
     refs.file(lowest, grp);
-    return go::over;
+    return go::skip;
   }
   go leaf(cfnode *nd) {
     if (nd->type == cf_param)
@@ -80,39 +90,34 @@ struct content_filer {
   go leave(cfgroup *) { return go::on; }
 };
 
-// What the call gives: the new reference in the uppermost catalog, or its owner if there is no such one.
-
-cfparam *file(insertion &refs, const step *lowest, cfparam *elem) {
-  return refs.file(lowest, elem);
-}
-
-cfgroup *file(insertion &refs, const step *lowest, cfgroup *elem) {
+/// Files what is inserted. Gives the result of the call: the new reference in the uppermost
+/// catalog, or the owner there if the element is no instance.
+cfgroup *file_all(insertion &refs, step *lowest, cfgroup *elem) {
   if (elem->type == cf_grpinst)
     return refs.file(lowest, elem);
   content_filer visitor{refs, lowest};
   walk(elem, visitor);
   while (lowest->above)
     lowest = lowest->above;
-  return lowest->gc;
+  return lowest->search.owner();
 }
 
-/// Goes down to the tree and adds there, then in the catalogs on the way. All owners are found before
-/// the element leaves its place: a climb may lead through it.
+cfparam *file_all(insertion &refs, step *lowest, cfparam *elem) { return refs.file(lowest, elem); }
+
+/// Goes down to the tree and adds there, then in the catalogs on the way. All owners are found
+/// before the element leaves its place: the way to an owner may lead through it.
 template <class Element> // NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
-Element *insert(cfgroup *gc, cfgroup_t level, Element *elem, const step *above = nullptr) {
+Element *insert(cfgroup *gc, cfgroup_t level, Element *elem, step *above) {
   gc = owner(gc, level);
-  if (cfgroup *lower = standsfor(gc)) {
-    const step here{gc, above};
+  if (cfgroup *lower = target(gc)) {
+    step here{searches(gc), above};
     return insert(lower, level, elem, &here);
   }
   takeout(&elem->link);
   insertion refs;
-  Element *result = above ? file(refs, above, elem) : elem;
+  Element *result = above ? file_all(refs, above, elem) : elem;
   refs.finish(gc, &elem->link);
   return result;
 }
 
 } // namespace
-
-cfgroup *cfcataddgrp(cfgroup *gc, cfgroup *elem) { return insert(gc, cf_grpcat, elem); }
-cfparam *cfcataddpar(cfgroup *gc, cfparam *elem) { return insert(gc, cf_grpval, elem); }

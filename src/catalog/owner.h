@@ -1,19 +1,20 @@
-// Owners: the catalog root and the references to instances, under which everything is filed.
+// Owners: the catalog root and the references to instances, under which all elements are filed.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include "node/link.h"
 
-namespace cf {
+namespace cfcore {
 
-/// The climb: from a level of kind `level` up to the group that it lies under.
+/// The nearest group from `gc` upward that is not a level of the kind `level`, or the uppermost
+/// group.
 inline cfgroup *owner(cfgroup *gc, cfgroup_t level) {
   while (gc->type == level && gc->link.group)
     gc = gc->link.group;
   return gc;
 }
 
-/// The group that `gc` stands for, one step down; NULL if `gc` is no reference.
-inline cfgroup *standsfor(const cfgroup *gc) { return ifgrp(gc->link.ref); }
+/// The target of a reference group; NULL for a group that is no reference.
+inline cfgroup *target(const cfgroup *gc) { return ifgrp(gc->link.ref); }
 
-} // namespace cf
+} // namespace cfcore

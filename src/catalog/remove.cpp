@@ -1,102 +1,42 @@
 // Catalog deletion: elements with their references and the blocks that bound remarks to them.
 // SPDX-License-Identifier: MIT
-#include "node/ring.h"
+#include "node/unlinked.h"
 
-using namespace cf;
+using namespace cfcore;
 
 namespace {
 
-/// Moves elements with all that hangs on them to a ring of the dying, and deletes them at the end:
-/// no record goes before the walk is over, so it may meet a node twice and read whatever it meets.
-///
-/// A group on the ring is dead already. The spare fields of its anchor carry what a recursion would
-/// keep for it: `elem.ref` the way back, to the anchor of the group whose children are being
-/// collected or to the ring, and `elem.group` the parent that it had.
+/// One deletion. It first collects in a list all elements to delete, and then deletes them. So it
+/// may meet an element twice, and may read all that it meets.
 class collector {
 public:
-  /// `keep`, which may be NULL, and its targets are spared, whatever dies in them.
-  explicit collector(const cfgroup *keep) : spared(keep) {}
+  /// `keep`, which may be NULL, and its targets are not deleted with the elements in them.
+  explicit collector(const cfgroup *keep) : kept(keep) {}
+
+  /// Collects an element, with all that is deleted with it.
   void _cfcatdelnd(cfnode *cnd);
-  void finish() { dlst.clear(); }
+  void delete_all() { dlst.delete_all(); }
 
 private:
-  ring dlst;
-  const cfgroup *spared;
+  // A collected group is in no list of the tree any more, so the spare fields of its anchor hold
+  // what recursion would keep on the stack: `elem.group` its former parent, and `elem.ref` the
+  // anchor of the group that was being emptied before it, or that of `dlst` at the end.
+  unlinked dlst;
+  const cfgroup *kept;
 
-  static bool isdying(const cfgroup *grp) { return grp->elem.ref; }
-  bool isspared(const cfgroup *grp) const;
+  cfnode *collect(cfnode *cnd, cfnode *&emptied);
+  cfnode *next(cfnode *&emptied);
   cfgroup *boundblock(const cfnode *cnd, cfgroup *parent) const;
-  cfnode *collect(cfnode *cnd, cfnode *&back);
-  cfnode *next(cfnode *&back);
+  bool iskept(const cfgroup *grp) const;
+  static bool iscollected(const cfgroup *grp) { return grp->elem.ref; }
 };
-
-bool collector::isspared(const cfgroup *grp) const {
-  const cfnode *it = spared ? &spared->link : nullptr;
-  while (it && it != &grp->link)
-    it = it->ref;
-  return it;
-}
-
-/// The upward step: the block that dies with an element because it existed only to bind it, or a
-/// run of which a remark dies.
-cfgroup *collector::boundblock(const cfnode *cnd, cfgroup *parent) const {
-  if (!parent || isspared(parent))
-    return nullptr;
-  switch (cnd->type) {
-  case cf_group:
-    return asgrp(cnd)->type == cf_grpinst && parent->type == cf_grpgrp ? parent : nullptr;
-  case cf_remark: return parent->type == cf_grprem ? parent : nullptr;
-  case cf_param: return parent->type == cf_grppar ? parent : nullptr;
-  default: return nullptr;
-  }
-}
-
-/// Collects one node, its targets first. Gives what is to be collected next, or NULL to go `back`.
-// NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
-cfnode *collector::collect(cfnode *cnd, cfnode *&back) {
-  _cfcatdelnd(cnd->ref);
-  cfgroup *parent = cnd->group;
-  dlst.add(cnd);
-  cfgroup *grp = ifgrp(cnd);
-  if (!grp) {
-    cfgroup *block = boundblock(cnd, parent);
-    return block ? &block->link : nullptr;
-  }
-  // Met again: its children are gone, or the loop that it is in is taking them.
-  if (!isdying(grp)) {
-    grp->elem.ref = back;
-    grp->elem.group = parent;
-    back = &grp->elem;
-  }
-  return nullptr;
-}
-
-/// The next child of the group at `back`; when there is none, its block, and `back` one step
-/// further.
-cfnode *collector::next(cfnode *&back) {
-  if (!isanchor(back->next))
-    return back->next;
-  const cfgroup *grp = reinterpret_cast<const cfgroup *>(reinterpret_cast<const char *>(back) -
-                                                         offsetof(cfgroup, elem));
-  cfgroup *block = boundblock(&grp->link, back->group);
-  back = back->ref;
-  return block ? &block->link : nullptr;
-}
-
-void collector::_cfcatdelnd(cfnode *cnd) { // NOLINT(misc-no-recursion): a step for each link.ref
-  if (!cnd || isanchor(cnd))
-    return;
-  cfnode *back = dlst.end();
-  while (cnd || back != dlst.end())
-    cnd = cnd ? collect(cnd, back) : next(back);
-}
 
 } // namespace
 
 void cfcatdelnd(cfnode *cnd) {
-  collector dying(nullptr);
-  dying._cfcatdelnd(cnd);
-  dying.finish();
+  collector run(nullptr);
+  run._cfcatdelnd(cnd);
+  run.delete_all();
 }
 
 void cfcatdelgrp(cfgroup *celem) { cfcatdelnd(celem ? &celem->link : nullptr); }
@@ -105,9 +45,75 @@ void cfcatdelpar(cfparam *celem) { cfcatdelnd(celem ? &celem->link : nullptr); }
 cfgroup *cfcatclrgrp(cfgroup *cgrp) {
   if (!cgrp)
     return nullptr;
-  collector dying(cgrp);
+  collector run(cgrp);
   while (!isanchor(cgrp->elem.next))
-    dying._cfcatdelnd(cgrp->elem.next);
-  dying.finish();
+    run._cfcatdelnd(cgrp->elem.next);
+  run.delete_all();
   return cgrp;
 }
+
+namespace {
+
+void collector::_cfcatdelnd(cfnode *cnd) { // NOLINT(misc-no-recursion): a step for each link.ref
+  if (!cnd || isanchor(cnd))
+    return;
+  cfnode *emptied = dlst.end(); // the anchor of the group whose children are being collected
+  while (cnd || emptied != dlst.end())
+    cnd = cnd ? collect(cnd, emptied) : next(emptied);
+}
+
+/// Collects one element, after its targets. Gives its block if that is to be collected next, or
+/// NULL. A group becomes the one to empty.
+// NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
+cfnode *collector::collect(cfnode *cnd, cfnode *&emptied) {
+  _cfcatdelnd(cnd->ref);
+  cfgroup *parent = cnd->group;
+  dlst.add(cnd);
+  cfgroup *grp = ifgrp(cnd);
+  if (!grp) {
+    cfgroup *block = boundblock(cnd, parent);
+    return block ? &block->link : nullptr;
+  }
+  if (!iscollected(grp)) { // else it is empty, or is being emptied
+    grp->elem.ref = emptied;
+    grp->elem.group = parent;
+    emptied = &grp->elem;
+  }
+  return nullptr;
+}
+
+/// The next child of the group to empty. If there is none, its block or NULL, and the group before
+/// it is the one to empty again.
+cfnode *collector::next(cfnode *&emptied) {
+  if (!isanchor(emptied->next))
+    return emptied->next;
+  const cfgroup *grp = reinterpret_cast<const cfgroup *>(reinterpret_cast<const char *>(emptied) -
+                                                         offsetof(cfgroup, elem));
+  cfgroup *block = boundblock(&grp->link, emptied->group);
+  emptied = emptied->ref;
+  return block ? &block->link : nullptr;
+}
+
+/// The block that is deleted with an element: the one that binds remarks to it, or the run that a
+/// remark is in.
+cfgroup *collector::boundblock(const cfnode *cnd, cfgroup *parent) const {
+  if (!parent)
+    return nullptr;
+  bool isblock = false;
+  switch (cnd->type) {
+  case cf_group: isblock = asgrp(cnd)->type == cf_grpinst && parent->type == cf_grpgrp; break;
+  case cf_remark: isblock = parent->type == cf_grprem; break;
+  case cf_param: isblock = parent->type == cf_grppar; break;
+  case cf_anchor: break;
+  }
+  return isblock && !iskept(parent) ? parent : nullptr;
+}
+
+bool collector::iskept(const cfgroup *grp) const {
+  const cfnode *it = kept ? &kept->link : nullptr;
+  while (it && it != &grp->link)
+    it = it->ref;
+  return it;
+}
+
+} // namespace

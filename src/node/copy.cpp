@@ -1,110 +1,102 @@
-// Copies: an element with all it holds; a reference together with its target.
+// Copies: an element with all it holds, and a reference together with its target.
 // SPDX-License-Identifier: MIT
 #include "node/make.h"
-#include "node/ring.h"
+#include "node/unlinked.h"
 #include "node/walk.h"
 
 #include <cassert>
 
-using namespace cf;
+using namespace cfcore;
 
 namespace {
 
 // NOLINTBEGIN(misc-no-recursion): a step for each link.ref
 
-/// One operation of copying. The copies that are in no list, the result and those of targets, are held
-/// on a ring: an exception on the way leaves nothing of them.
-class copying {
+/// Copies one element, as the visitor of a walk over it if it is a group. `parent` follows the walk
+/// in the copy. The finished copy, and those of targets, are in the list `made`.
+class copier {
 public:
-  cfgroup *of(const cfgroup *grp);
-  cfparam *of(const cfparam *par);
-  void done() { made.letgo(); }
+  explicit copier(unlinked &list) : made(list) {}
 
-  /// Copies the record of a group, and its target with all that holds if it is a reference.
-  cfgroup *record(const cfgroup *grp) {
-    return grp->link.ref ? cfnewrefgrp(of(asgrp(grp->link.ref)))
-                         : makegrp(grp->cat, grp->name, grp->type, grp->row);
+  cfgroup *copy(const cfgroup *grp) {
+    walk(grp, *this);
+    return top;
   }
-  /// Copies a parameter without its value, and its target with it if it is a reference.
-  cfparam *record(const cfparam *par) {
-    return par->link.ref ? cfnewrefpar(of(aspar(par->link.ref)))
-                         : makepar(par->key, par->val, par->row);
+  cfparam *copy(const cfparam *par) {
+    cfparam *dup = record(par);
+    made.add(&dup->link);
+    evaluate(dup, par);
+    return dup;
   }
-
-private:
-  ring made;
-};
-
-/// Gives the copy of a plain parameter a value of its own, if the parameter has one. A refusal leaves a
-/// copy that is not evaluated.
-void evaluate(cfparam *copy, const cfparam *par) {
-  if (par->eval && !par->link.ref)
-    cfevalpar(copy, par->eval);
-}
-
-/// Visitor that keeps a second cursor, in the copy, in step with the walk.
-struct copier {
-  copying &copies;
-  ring &made;
-  cfgroup *root = nullptr;
-  cfgroup *at = nullptr;
 
   go enter(const cfgroup *grp) {
-    cfgroup *copy = copies.record(grp);
-    if (at)
-      putlast(at, &copy->link);
-    else
-      made.add(&(root = copy)->link);
-    at = copy;
+    cfgroup *dup = record(grp);
+    if (parent) {
+      putlast(parent, &dup->link);
+    } else {
+      made.add(&dup->link);
+      top = dup;
+    }
+    parent = dup;
     return go::on;
   }
   go leaf(const cfnode *nd) {
-    assert(at);
+    assert(parent);
     if (nd->type == cf_param) {
-      cfparam *copy = copies.record(aspar(nd));
-      putlast(at, &copy->link);
-      evaluate(copy, aspar(nd));
+      cfparam *dup = record(aspar(nd));
+      putlast(parent, &dup->link);
+      evaluate(dup, aspar(nd));
     } else {
       const cfremark *rem = asrem(nd);
-      putlast(at, &makerem(rem->txt, rem->row)->link);
+      putlast(parent, &makerem(rem->txt, rem->row)->link);
     }
     return go::on;
   }
   go leave(const cfgroup *) {
-    assert(at);
-    at = at->link.group;
+    assert(parent);
+    parent = parent->link.group;
     return go::on;
+  }
+
+private:
+  unlinked &made;
+  cfgroup *top = nullptr;
+  cfgroup *parent = nullptr;
+
+  /// Copies the record of a group. A reference gets a copy of its target with all that holds.
+  cfgroup *record(const cfgroup *grp) {
+    return grp->link.ref ? cfnewrefgrp(copier(made).copy(asgrp(grp->link.ref)))
+                         : makegrp(grp->cat, grp->name, grp->type, grp->row);
+  }
+  /// Copies a parameter without its value. A reference gets a copy of its target.
+  cfparam *record(const cfparam *par) {
+    return par->link.ref ? cfnewrefpar(copier(made).copy(aspar(par->link.ref)))
+                         : makepar(par->key, par->val, par->row);
+  }
+
+  /// Gives the copy of an evaluated plain parameter a value of its own. If the evaluator refuses,
+  /// the copy is not evaluated.
+  static void evaluate(cfparam *dup, const cfparam *par) {
+    if (par->eval && !par->link.ref)
+      cfevalpar(dup, par->eval);
   }
 };
 
-cfgroup *copying::of(const cfgroup *grp) {
-  copier visitor{*this, made};
-  walk(grp, visitor);
-  return visitor.root;
-}
-
-cfparam *copying::of(const cfparam *par) {
-  cfparam *copy = record(par);
-  made.add(&copy->link);
-  evaluate(copy, par);
-  return copy;
-}
-
 // NOLINTEND(misc-no-recursion)
 
-template <class Element> Element *copyof(const Element *elem) {
+template <class Element> Element *duplicate(const Element *elem) {
   if (!elem)
     return nullptr;
-  copying copies;
-  Element *copy = copies.of(elem);
-  copies.done();
-  return copy;
+  unlinked made;
+  Element *dup = copier(made).copy(elem);
+  made.unlink_all();
+  return dup;
 }
 
 } // namespace
 
-cfgroup *cfdupgrp(const cfgroup *grp) { return copyof(grp); }
-cfparam *cfduppar(const cfparam *par) { return copyof(par); }
+cfgroup *cfdupgrp(const cfgroup *grp) { return duplicate(grp); }
+cfparam *cfduppar(const cfparam *par) { return duplicate(par); }
 cfremark *cfduprem(const cfremark *rem) { return rem ? makerem(rem->txt, rem->row) : nullptr; }
 
 cfnode *cfdupnd(const cfnode *nd) {

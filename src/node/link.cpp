@@ -1,41 +1,41 @@
-// Links: the exported ring operations and their typed forms.
+// Links: the exported list operations and their typed forms.
 // SPDX-License-Identifier: MIT
 #include "node/link.h"
 
 #include <cassert>
 
 cfnode *cfinitnd(cfnode *nd, cfnode_t type, cfgroup *pgrp) {
-  cf::init(nd, type, pgrp, nullptr);
+  cfcore::init(nd, type, pgrp, nullptr);
   return nd;
 }
 
 cfnode *cfinitrefnd(cfnode *nd, cfnode *ref, cfgroup *pgrp) {
-  cf::init(nd, ref->type, pgrp, ref);
+  cfcore::init(nd, ref->type, pgrp, ref);
   return nd;
 }
 
 cfnode *cfunlknd(cfnode *nd) {
-  assert(!cf::isanchor(nd));
-  cf::takeout(nd);
+  assert(!cfcore::isanchor(nd));
+  cfcore::takeout(nd);
   return nd;
 }
 
 cfgroup *cflinknd(cfgroup *grp, cfnode *nd) {
-  assert(!cf::isanchor(nd));
-  cf::movelast(grp, nd);
+  assert(!cfcore::isanchor(nd));
+  cfcore::movelast(grp, nd);
   return grp;
 }
 
 cfnode *cfchainnd(cfnode *it, cfnode *nd) {
-  assert(it != nd && !cf::isanchor(nd));
-  cf::movebefore(it, nd);
+  assert(it != nd && !cfcore::isanchor(nd));
+  cfcore::movebefore(it, nd);
   return it;
 }
 
 cfnode *cfxcgnd(cfnode *it, cfnode *nd) {
-  assert(it != nd && !cf::isanchor(it) && !cf::isanchor(nd));
-  cf::movebefore(it, nd);
-  cf::takeout(it);
+  assert(it != nd && !cfcore::isanchor(it) && !cfcore::isanchor(nd));
+  cfcore::movebefore(it, nd);
+  cfcore::takeout(it);
   return it;
 }
 

@@ -1,4 +1,4 @@
-// Links: the ring operations on which everything else is built.
+// Links: the list operations on which everything else is built.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -7,14 +7,13 @@
 #include <cstddef>
 #include <type_traits>
 
-namespace cf {
+namespace cfcore {
 
 static_assert(std::is_standard_layout_v<cfgroup> && offsetof(cfgroup, link) == 0);
 static_assert(std::is_standard_layout_v<cfremark> && offsetof(cfremark, link) == 0);
 static_assert(std::is_standard_layout_v<cfparam> && offsetof(cfparam, link) == 0);
 
-// An element and its link are the same pointer. These three are for a node whose type was looked
-// at.
+// An element and its `link` have the same address. These conversions do not test the type.
 inline cfgroup *asgrp(cfnode *nd) { return reinterpret_cast<cfgroup *>(nd); }
 inline cfremark *asrem(cfnode *nd) { return reinterpret_cast<cfremark *>(nd); }
 inline cfparam *aspar(cfnode *nd) { return reinterpret_cast<cfparam *>(nd); }
@@ -23,6 +22,8 @@ inline const cfremark *asrem(const cfnode *nd) { return reinterpret_cast<const c
 inline const cfparam *aspar(const cfnode *nd) { return reinterpret_cast<const cfparam *>(nd); }
 
 inline bool isanchor(const cfnode *nd) { return nd->type == cf_anchor; }
+
+// The node as an element of that type; NULL if it is NULL or something else.
 inline cfgroup *ifgrp(cfnode *nd) { return nd && nd->type == cf_group ? asgrp(nd) : nullptr; }
 inline cfparam *ifpar(cfnode *nd) { return nd && nd->type == cf_param ? aspar(nd) : nullptr; }
 
@@ -33,7 +34,7 @@ inline void init(cfnode *nd, cfnode_t type, cfgroup *pgrp, cfnode *ref) {
   nd->type = type;
 }
 
-/// Takes `nd` out of its ring. Its links are cleared, so that it may be taken out again whenever.
+/// Takes `nd` out of its list. Its links become NULL, so taking it out again does nothing.
 inline void takeout(cfnode *nd) {
   if (nd->prev)
     nd->prev->next = nd->next;
@@ -43,7 +44,7 @@ inline void takeout(cfnode *nd) {
   nd->group = nullptr;
 }
 
-/// Puts `nd`, which is in no list, in front of `it`, which is in one.
+/// Puts `nd`, which is in no list, before `it`, which is in one.
 inline void putbefore(cfnode *it, cfnode *nd) {
   nd->prev = it->prev;
   nd->next = it;
@@ -55,7 +56,7 @@ inline void putbefore(cfnode *it, cfnode *nd) {
 /// Puts `nd`, which is in no list, at the end of `grp`.
 inline void putlast(cfgroup *grp, cfnode *nd) { putbefore(&grp->elem, nd); }
 
-/// Moves `nd` in front of `it`; in no list if `it` is in none.
+/// Moves `nd` before `it`. If `it` is in no list, `nd` is in none afterwards.
 inline void movebefore(cfnode *it, cfnode *nd) {
   takeout(nd);
   if (it->prev)
@@ -65,4 +66,4 @@ inline void movebefore(cfnode *it, cfnode *nd) {
 /// Moves `nd` to the end of `grp`.
 inline void movelast(cfgroup *grp, cfnode *nd) { movebefore(&grp->elem, nd); }
 
-} // namespace cf
+} // namespace cfcore

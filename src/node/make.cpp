@@ -1,18 +1,19 @@
-// Construction: an element and its texts from one block.
+// Construction: an element and its texts in one block.
 // SPDX-License-Identifier: MIT
 #include "node/make.h"
 
 #include "node/link.h"
 #include "node/memory.h"
-#include "value/buffer.h"
+#include "node/value_buffer.h"
 
 #include <cstdint>
 #include <cstring>
 
-namespace cf {
+namespace cfcore {
 namespace {
 
-/// Copies what fills a word but not two, as its first word and its last. False if it is of another size.
+/// Copies a text that is at least as long as a word, but shorter than two: its first and its last
+/// word, which may overlap. False for any other length.
 template <class Word> bool copyends(char *to, const char *from, size_t n) {
   if (n / sizeof(Word) != 1)
     return false;
@@ -25,8 +26,8 @@ template <class Word> bool copyends(char *to, const char *from, size_t n) {
   return true;
 }
 
-/// Copies `text` with a terminator to `to`; gives the place behind it. Most texts are short, and a call
-/// of memcpy() costs more than their bytes: without it, copying a tree is up to a quarter faster.
+/// Copies `text` with a terminator to `to`. Gives the place after the terminator. Most texts are so
+/// short that calling memcpy() costs more than copying their bytes.
 inline char *store(char *to, std::string_view text) {
   const size_t n = text.size();
   const char *from = text.data();
@@ -75,9 +76,9 @@ cfparam *makepar(std::string_view key, std::string_view val, long row) {
   return par;
 }
 
-} // namespace cf
+} // namespace cfcore
 
-using namespace cf;
+using namespace cfcore;
 
 cfgroup *cfnewgrp(const char *cat, const char *name, cfgroup_t type, long row) {
   return makegrp(view(cat), view(name), type, row);
@@ -93,20 +94,13 @@ cfgroup *cfnewrefgrp(cfgroup *grp) {
   auto *ref = static_cast<cfgroup *>(allocate(sizeof(cfgroup)));
   init(&ref->link, grp->link.type, nullptr, &grp->link);
   init(&ref->elem, cf_anchor, ref, nullptr);
-  ref->type = grp->type;
-  ref->row = grp->row;
-  ref->cat = grp->cat;
-  ref->name = grp->name;
+  refer(ref, grp);
   return ref;
 }
 
 cfparam *cfnewrefpar(cfparam *par) {
   auto *ref = static_cast<cfparam *>(allocate(sizeof(cfparam)));
   init(&ref->link, par->link.type, nullptr, &par->link);
-  ref->row = par->row;
-  ref->key = par->key;
-  ref->val = par->val;
-  ref->eval = par->eval;
-  ref->vval = par->vval;
+  refer(ref, par);
   return ref;
 }

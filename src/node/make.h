@@ -1,4 +1,4 @@
-// Construction: an element and its texts from one block.
+// Construction: an element and its texts in one block.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -6,13 +6,37 @@
 
 #include <string_view>
 
-namespace cf {
+namespace cfcore {
 
-// As the exported constructors, for texts whose lengths are known.
+// As the exported constructors, for texts of known length.
 cfgroup *makegrp(std::string_view cat, std::string_view name, cfgroup_t type, long row);
 cfremark *makerem(std::string_view txt, long row);
 cfparam *makepar(std::string_view key, std::string_view val, long row);
 
+/// A text that may be NULL, which means the empty text.
 inline std::string_view view(const char *text) { return text ? text : std::string_view(); }
 
-} // namespace cf
+// Each copies to a reference what it shares with its target: texts, row, and kind or value. The
+// links and the children of both stay as they are.
+
+inline void refer(cfgroup *ref, const cfgroup *target) {
+  ref->row = target->row;
+  ref->cat = target->cat;
+  ref->name = target->name;
+  ref->type = target->type;
+}
+
+inline void refer(cfremark *ref, const cfremark *target) {
+  ref->row = target->row;
+  ref->txt = target->txt;
+}
+
+inline void refer(cfparam *ref, const cfparam *target) {
+  ref->row = target->row;
+  ref->key = target->key;
+  ref->val = target->val;
+  ref->eval = target->eval;
+  ref->vval = target->vval;
+}
+
+} // namespace cfcore

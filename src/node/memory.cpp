@@ -1,16 +1,18 @@
-// Memory: the default manager and its exchange.
+// Memory: the default manager, and how it is replaced.
 // SPDX-License-Identifier: MIT
 #include "node/memory.h"
 
+#include "platform/messages.h"
+
 #include <cstdlib>
 
-namespace cf {
+namespace cfcore {
 namespace {
 
 void *cfmalloc(size_t size) {
   void *block = std::malloc(size);
   if (!block)
-    fail("out of memory");
+    fatal_sink()("out of memory");
   return block;
 }
 
@@ -18,11 +20,11 @@ void *cfmalloc(size_t size) {
 
 struct ::cfmmgr _cfmmgr = {cfmalloc, std::free};
 
-} // namespace cf
+} // namespace cfcore
 
 struct cfmmgr cfmmgr(const struct cfmmgr *mmgr) {
-  const struct cfmmgr former = cf::_cfmmgr;
+  const struct cfmmgr former = cfcore::_cfmmgr;
   if (mmgr)
-    cf::_cfmmgr = *mmgr;
+    cfcore::_cfmmgr = *mmgr;
   return former;
 }

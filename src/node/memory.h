@@ -1,18 +1,18 @@
-// Memory: the manager in force, through which every block comes and goes.
+// Memory: the current manager, which allocates and releases every block.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include "cf.h"
 
-namespace cf {
+namespace cfcore {
 
-/// The manager in force. One for the process; an element does not record which manager made it.
+/// The current manager, one for the process. No element records which manager made it.
 extern struct ::cfmmgr _cfmmgr;
 
 inline void *allocate(size_t size) { return _cfmmgr.cfmalloc(size); }
 inline void release(void *block) { _cfmmgr.cffree(block); }
 
-/// For destructors: an exception of the manager must not meet another on its way.
+/// For destructors, which may run while another exception is thrown: drops the manager's exception.
 inline void release_quietly(void *block) noexcept {
   try {
     release(block);
@@ -20,4 +20,4 @@ inline void release_quietly(void *block) noexcept {
   }
 }
 
-} // namespace cf
+} // namespace cfcore

@@ -4,12 +4,13 @@
 
 #include "node/link.h"
 #include "node/memory.h"
-#include "value/buffer.h"
+#include "node/value_buffer.h"
 
-namespace cf {
+namespace cfcore {
 namespace {
 
-/// Takes the last element of a group out; its own links go with it.
+/// Takes the last element out of a group. The links of the element itself are not cleared, as it is
+/// released next.
 void droplast(cfgroup *grp, const cfnode *last) {
   last->prev->next = &grp->elem;
   grp->elem.prev = last->prev;
@@ -17,7 +18,7 @@ void droplast(cfgroup *grp, const cfnode *last) {
 
 } // namespace
 
-void removal::giveback(void *block) noexcept {
+void deletion::release_block(void *block) noexcept {
   try {
     release(block);
   } catch (...) {
@@ -26,17 +27,18 @@ void removal::giveback(void *block) noexcept {
   }
 }
 
-/// Releases a leaf, or a group that holds nothing any more. It has left its list before its block
-/// goes, so that what remains is a whole tree at every step.
-void removal::one(cfnode *nd) noexcept {
-  // A reference's value is its target's.
+/// Releases an element that holds nothing and is in no list any more: so what is still linked is a
+/// complete tree whenever the manager is called.
+void deletion::release_element(cfnode *nd) noexcept {
+  // The value of a reference belongs to its target.
   if (nd->type == cf_param && !nd->ref && owns_value(aspar(nd)))
-    giveback(const_cast<void *>(aspar(nd)->vval));
-  giveback(nd);
+    release_block(const_cast<void *>(aspar(nd)->vval));
+  release_block(nd);
 }
 
-/// Goes down to the last leaf, removes it, and climbs out of what ran empty.
-void removal::below(cfgroup *top) noexcept {
+/// Removes the last child until none is left. Goes down into a last child that is a group first,
+/// and removes the group when it is empty.
+void deletion::delete_contents(cfgroup *top) noexcept {
   cfgroup *grp = top;
   for (;;) {
     cfnode *last = grp->elem.prev;
@@ -51,27 +53,27 @@ void removal::below(cfgroup *top) noexcept {
       grp = last->group;
     }
     droplast(grp, last);
-    one(last);
+    release_element(last);
   }
 }
 
-void removal::of(cfnode *nd) noexcept {
+void deletion::delete_element(cfnode *nd) noexcept {
   if (nd->type == cf_group)
-    below(asgrp(nd));
+    delete_contents(asgrp(nd));
   takeout(nd);
-  one(nd);
+  release_element(nd);
 }
 
-} // namespace cf
+} // namespace cfcore
 
-using namespace cf;
+using namespace cfcore;
 
 void cfdelnd(cfnode *nd) {
   if (!nd || isanchor(nd))
     return;
-  removal gone;
-  gone.of(nd);
-  gone.finish();
+  deletion run;
+  run.delete_element(nd);
+  run.finish();
 }
 
 void cfdelgrp(cfgroup *elem) { cfdelnd(elem ? &elem->link : nullptr); }
@@ -81,8 +83,8 @@ void cfdelpar(cfparam *elem) { cfdelnd(elem ? &elem->link : nullptr); }
 cfgroup *cfclrgrp(cfgroup *grp) {
   if (!grp)
     return nullptr;
-  removal gone;
-  gone.below(grp);
-  gone.finish();
+  deletion run;
+  run.delete_contents(grp);
+  run.finish();
   return grp;
 }

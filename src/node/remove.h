@@ -6,14 +6,14 @@
 
 #include <exception>
 
-namespace cf {
+namespace cfcore {
 
-/// One deletion, which always comes to its end: an exception of the manager is kept on the way and
-/// leaves at finish(), or is dropped where another is on its way already.
-class removal {
+/// One deletion. It is completed even if the manager throws: the first exception is kept, and
+/// finish() throws it. Without finish() the exception is dropped.
+class deletion {
 public:
-  void of(cfnode *nd) noexcept;      ///< an element with all it holds
-  void below(cfgroup *top) noexcept; ///< all that a group holds
+  void delete_element(cfnode *nd) noexcept;    ///< with all it holds
+  void delete_contents(cfgroup *top) noexcept; ///< all that is in a group
   void finish() {
     if (thrown)
       std::rethrow_exception(thrown);
@@ -22,8 +22,8 @@ public:
 private:
   std::exception_ptr thrown;
 
-  void one(cfnode *nd) noexcept;
-  void giveback(void *block) noexcept;
+  void release_element(cfnode *nd) noexcept;
+  void release_block(void *block) noexcept;
 };
 
-} // namespace cf
+} // namespace cfcore

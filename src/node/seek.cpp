@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "node/seek.h"
 
-using namespace cf;
+using namespace cfcore;
 
 cfnode *cfiterator(cfgroup *grp) { return grp->elem.next; }
 

@@ -1,63 +1,82 @@
-// Search along one list: its frame, and what hits. Inline, so that each use is a loop of its own
-// that tests no more than the criteria it has.
+// Search along one list: the loop, and what counts as a hit. Inline, so that each use becomes a
+// loop of its own with only the tests that it needs.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include "node/link.h"
 #include "node/text.h"
 
-namespace cf {
+namespace cfcore {
 
-/// The criterion that a caller gave: an empty text is none.
+/// The criterion that a caller gave, or NULL for none: the empty text is none.
 inline const char *criterion(const char *text) { return given(text) ? text : nullptr; }
 
-/// True if a text meets a criterion; NULL is none.
+/// True if a text meets a criterion, which may be NULL for none.
 inline bool meets(const char *text, const char *wanted) { return !wanted || equal(text, wanted); }
 
-/// The frame of all searches: the first node from `it` on that is a hit, else the anchor, which is asked
-/// for last because a list has only one. So a hit looks at the type of a node before all else.
+/// The first node from `it` on that is a hit, or the anchor. `hit` is called for the anchor too, as
+/// this is the rare case, and refuses it by its type.
 template <class Hit> cfnode *seek(cfnode *it, Hit hit) {
   while (!hit(it) && !isanchor(it))
     it = it->next;
   return it;
 }
 
-/// The first instance, block of instances or level from `it` on, by its texts.
-inline cfnode *seekgrp(cfnode *it, const char *cat, const char *name) {
-  return seek(it, [=](const cfnode *nd) {
+/// Hit of a search for groups: an instance, block of instances or level, by its texts.
+struct group_hit {
+  const char *cat;
+  const char *name;
+
+  bool operator()(const cfnode *nd) const {
     if (nd->type != cf_group)
       return false;
     const cfgroup *grp = asgrp(nd);
     return (grp->type == cf_grpcat || grp->type == cf_grpgrp || grp->type == cf_grpinst) &&
            meets(grp->cat, cat) && meets(grp->name, name);
-  });
-}
+  }
+};
 
-/// True for a block of parameters or a level of values with that key.
-inline bool isparlevel(const cfnode *nd, const char *key) {
-  if (nd->type != cf_group)
-    return false;
-  const cfgroup *grp = asgrp(nd);
-  return (grp->type == cf_grpval || grp->type == cf_grppar) && meets(grp->name, key);
-}
+/// Hit of a search for a block or level of parameters, by the key.
+struct level_hit {
+  const char *key;
 
-/// The first parameter, or block or level of them, from `it` on, by the key.
-inline cfnode *seekkey(cfnode *it, const char *key) {
-  return seek(it, [=](const cfnode *nd) {
-    return nd->type == cf_param ? meets(aspar(nd)->key, key) : isparlevel(nd, key);
-  });
-}
+  bool operator()(const cfnode *nd) const {
+    if (nd->type != cf_group)
+      return false;
+    const cfgroup *grp = asgrp(nd);
+    return (grp->type == cf_grpval || grp->type == cf_grppar) && meets(grp->name, key);
+  }
+};
 
-/// The first block or level of parameters from `it` on, by the key.
-inline cfnode *seeklevel(cfnode *it, const char *key) {
-  return seek(it, [=](const cfnode *nd) { return isparlevel(nd, key); });
-}
+/// Hit of a search for a parameter, or block or level of them, by the key.
+struct key_hit {
+  const char *key;
 
-/// The first parameter itself from `it` on, by key and value.
-inline cfnode *seekval(cfnode *it, const char *key, const char *val) {
-  return seek(it, [=](const cfnode *nd) {
+  bool operator()(const cfnode *nd) const {
+    return nd->type == cf_param ? meets(aspar(nd)->key, key) : level_hit{key}(nd);
+  }
+};
+
+/// Hit of a search for a parameter itself, by key and value.
+struct value_hit {
+  const char *key;
+  const char *val;
+
+  bool operator()(const cfnode *nd) const {
     return nd->type == cf_param && meets(aspar(nd)->key, key) && equal(aspar(nd)->val, val);
-  });
+  }
+};
+
+// The searches: the first hit from `it` on, else the anchor. A criterion of NULL is none, except
+// for the value.
+
+inline cfnode *seekgrp(cfnode *it, const char *cat, const char *name) {
+  return seek(it, group_hit{cat, name});
+}
+inline cfnode *seekkey(cfnode *it, const char *key) { return seek(it, key_hit{key}); }
+inline cfnode *seeklevel(cfnode *it, const char *key) { return seek(it, level_hit{key}); }
+inline cfnode *seekval(cfnode *it, const char *key, const char *val) {
+  return seek(it, value_hit{key, val});
 }
 
-} // namespace cf
+} // namespace cfcore

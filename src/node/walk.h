@@ -1,19 +1,22 @@
-// The walk: over a group and all below it, depth first, whatever the depth.
+// The walk: over a group and all below it, depth first, however deep.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include "node/link.h"
 
-namespace cf {
+namespace cfcore {
 
-/// What a visitor wants next. `over` is for `enter` alone: leave out what the group holds.
-enum class go { on, over, stop };
+/// How the walk continues after a call of the visitor. Only `enter` may return `skip`: the walk
+/// does not go into the group, and `leave` is not called for it.
+enum class go { on, skip, stop };
 
-/// Walks `top` and all below it and tells the visitor: `enter` a group, meet a `leaf`, `leave` a
-/// group that was entered. Gives `stop` if the visitor stopped it.
+/// Walks over `top` and all below it. Calls `enter` for each group, `leaf` for each other element,
+/// and `leave` for each group that was entered, after what it holds. Gives `stop` if the visitor
+/// did.
 ///
-/// No recursion and no memory: a ring ends on an anchor that names its owner, so the walk climbs by
-/// the anchor's group and goes on behind it. The visitor must not move what it has not left.
+/// The walk needs neither recursion nor memory: each list ends on an anchor, whose `group` is the
+/// owner of the list, and the walk continues after that group. The visitor must not change the
+/// links.
 // NOLINTNEXTLINE(misc-no-recursion): a visitor may walk what a reference leads to
 template <class Group, class Visitor> go walk(Group *top, Visitor &visitor) {
   if (go way = visitor.enter(top); way != go::on)
@@ -41,4 +44,4 @@ template <class Group, class Visitor> go walk(Group *top, Visitor &visitor) {
   }
 }
 
-} // namespace cf
+} // namespace cfcore

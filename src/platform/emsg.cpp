@@ -1,4 +1,5 @@
-// Default emsg: a line to standard error. Alone in its file, so that an application's displaces it.
+// Default emsg: a line to standard error. It is alone in its file, so that the linker leaves it out
+// when a program defines emsg itself.
 // SPDX-License-Identifier: MIT
 #include "platform/stderr_line.h"
 
@@ -7,6 +8,6 @@
 __attribute__((weak)) void emsg(const char *fmt, ...) {
   va_list args;
   va_start(args, fmt);
-  cf::stderr_line(fmt, args);
+  cfcore::stderr_line(fmt, args);
   va_end(args);
 }

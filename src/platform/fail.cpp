@@ -1,4 +1,5 @@
-// Default fail: message, then abort. Alone in its file, so that an application's own displaces it.
+// Default fail: a line to standard error, then abort. It is alone in its file, so that the linker
+// leaves it out when a program defines fail itself.
 // SPDX-License-Identifier: MIT
 #include "cf.h"
 
@@ -6,6 +7,6 @@
 #include <cstdlib>
 
 __attribute__((weak)) void fail(const char *msg) {
-  static_cast<void>(std::fprintf(stderr, "%s\n", msg)); // its own failure could be told nowhere
+  static_cast<void>(std::fprintf(stderr, "%s\n", msg)); // there is nowhere to report a failure
   std::abort();
 }

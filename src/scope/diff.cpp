@@ -1,74 +1,113 @@
 // Comparison: two elements as streams of what counts.
 // SPDX-License-Identifier: MIT
-#include "node/fill.h"
 #include "node/link.h"
+#include "node/slots.h"
 #include "scope/names.h"
+#include "scope/scope.h"
 
 #include <cstring>
 #include <strings.h>
 
-using namespace cf;
+using namespace cfcore;
 
 namespace {
 
 int chkscope(const char *) { return 1; }
 
-/// True if the application lets an element take part. Apart from the stream, whose loop it would burden
-/// with its buffer.
-[[gnu::noinline]] bool _cfdiffscope(const cfdiff *diff, const cfnode *i) {
-  auto *nd =
-      const_cast<cfnode *>(i); // the slot's type has no const; it must not write all the same
-  textbuf buf;
-  return diff->chkscope(askscope(buf, diff->genscope, nd)) != 0;
+constexpr slots defaults{slot{&cfdiff::genscope, genscope}, slot{&cfdiff::chkscope, chkscope}};
+
+bool differs_unfiltered(cfdiff *diff, const cfnode *nd1, const cfnode *nd2);
+bool differs_direct(cfdiff *diff, const cfnode *nd1, const cfnode *nd2);
+bool differs_slot(cfdiff *diff, const cfnode *nd1, const cfnode *nd2);
+
+} // namespace
+
+cfdiff *cfdiffdfl(cfdiff *diff) {
+  defaults.fill(diff);
+  return diff;
 }
 
-/// One side of a comparison: of an element and all below it what counts, one after the other. What
-/// stands behind the element, or NULL, is where every way out of it leads.
-class stream {
+int cfdiffnd(cfdiff *diff, const cfnode *nd1, const cfnode *nd2) {
+  bool differ;
+  if (diff->chkscope == chkscope)
+    differ = differs_unfiltered(diff, nd1, nd2);
+  else if (diff->genscope == genscope)
+    differ = differs_direct(diff, nd1, nd2);
+  else
+    differ = differs_slot(diff, nd1, nd2);
+  diff->diff = differ ? 1 : 0;
+  return diff->diff;
+}
+
+namespace {
+
+/// The filter of a comparison without one.
+struct no_filter {
+  void begin(const cfgroup *) {}
+  void end() {}
+  void enter(const cfgroup *) {}
+  void leave(const cfgroup *) {}
+  bool _cfdiffscope(const void *) { return true; }
+};
+
+/// Asks the application whether an element takes part.
+template <class Names> class filter : public Names {
 public:
-  stream(const cfdiff *record, const cfnode *nd)
-      : diff(record), it(nd), end(nd->next), asks(record->chkscope != chkscope),
-        remarks(record->opt & cf_diffrem) {}
+  template <class... Arg>
+  explicit filter(const cfdiff *record, Arg... arg) : Names(arg...), diff(record) {}
+  template <class Element> bool _cfdiffscope(const Element *elem) {
+    return diff->chkscope(this->name(elem)) != 0;
+  }
+
+private:
+  const cfdiff *diff;
+};
+
+/// One side of a comparison: what counts of an element and all below it, one after the other.
+/// `Filter` is no_filter or a reference to another filter.
+template <class Filter> class stream {
+public:
+  stream(const cfdiff *diff, const cfnode *nd, Filter check)
+      : it(nd), end(nd->next), remarks(diff->opt & cf_diffrem), scope(check) {
+    scope.begin(nd->group);
+  }
 
   const cfnode *_cfdiffnext(); ///< NULL at the end
 
 private:
-  const cfdiff *diff;
-  const cfnode *it; // what is looked at next
-  const cfnode *end;
-  bool asks;
+  const cfnode *it;  // the next one to look at
+  const cfnode *end; // what follows the element, or NULL: every way out of the element leads there
   bool remarks;
-
-  bool takespart(const cfnode *nd) const { return !asks || _cfdiffscope(diff, nd); }
+  [[no_unique_address]] Filter scope;
 };
 
-const cfnode *stream::_cfdiffnext() {
+template <class Filter> const cfnode *stream<Filter>::_cfdiffnext() {
   while (it != end) {
     const cfnode *nd = it;
+    it = nd->next;
     if (nd->type == cf_param) {
-      it = nd->next;
-      if (takespart(nd))
+      if (scope._cfdiffscope(aspar(nd)))
         return nd;
     } else if (nd->type == cf_anchor) {
+      if (isowner(nd->group))
+        scope.leave(nd->group);
       it = nd->group->link.next;
     } else if (nd->type == cf_remark) {
-      it = nd->next;
       if (remarks)
         return nd;
     } else if (asgrp(nd)->type != cf_grpinst) {
       it = asgrp(nd)->elem.next;
-    } else if (takespart(nd)) {
+      if (asgrp(nd)->type == cf_grptop)
+        scope.enter(asgrp(nd));
+    } else if (scope._cfdiffscope(asgrp(nd))) {
       it = asgrp(nd)->elem.next;
+      scope.enter(asgrp(nd));
       return nd;
-    } else {
-      it = nd->next;
     }
   }
   return nullptr;
 }
 
-/// Texts that stand opposite each other are nearly always the same, so no look at their first bytes
-/// goes ahead: it would be one more step for each.
 bool issametext(const char *a, const char *b) { return strcasecmp(a, b) == 0; }
 
 /// True if two elements of one kind have the same texts.
@@ -81,38 +120,45 @@ bool issame(const cfnode *i1, const cfnode *i2) {
   return std::strcmp(asrem(i1)->txt, asrem(i2)->txt) == 0;
 }
 
-/// True if the streams of two elements differ.
-// NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
-bool differs(cfdiff *diff, const cfnode *nd1, const cfnode *nd2) {
+/// True if the streams of two elements differ. Each side has a filter of its own, which the streams
+/// of the targets share: so a step along `link.ref` takes little of the stack.
+template <class Filter> // NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
+bool differs(const cfdiff *diff, const cfnode *nd1, const cfnode *nd2, Filter one, Filter two) {
   if (!nd1 || !nd2)
     return nd1 != nd2;
-  stream one(diff, nd1);
-  stream two(diff, nd2);
+  stream<Filter> side1(diff, nd1, one);
+  stream<Filter> side2(diff, nd2, two);
   const bool refs = diff->opt & cf_diffref;
   for (;;) {
-    const cfnode *i1 = one._cfdiffnext();
-    const cfnode *i2 = two._cfdiffnext();
-    if (!i1 || !i2)
+    const cfnode *i1 = side1._cfdiffnext();
+    const cfnode *i2 = side2._cfdiffnext();
+    if (!i1 || !i2) {
+      one.end();
+      two.end();
       return i1 != i2;
+    }
     if (i1->type != i2->type)
       return true;
-    if (refs && cfdiffnd(diff, i1->ref, i2->ref))
+    if (refs && differs<Filter>(diff, i1->ref, i2->ref, one, two))
       return true;
     if (!issame(i1, i2))
       return true;
   }
 }
 
+bool differs_unfiltered(cfdiff *diff, const cfnode *nd1, const cfnode *nd2) {
+  return differs(diff, nd1, nd2, no_filter(), no_filter());
+}
+
+bool differs_direct(cfdiff *diff, const cfnode *nd1, const cfnode *nd2) {
+  filter<direct_names> one(diff);
+  filter<direct_names> two(diff);
+  return differs<filter<direct_names> &>(diff, nd1, nd2, one, two);
+}
+
+bool differs_slot(cfdiff *diff, const cfnode *nd1, const cfnode *nd2) {
+  filter<slot_names> both(diff, diff->genscope);
+  return differs<filter<slot_names> &>(diff, nd1, nd2, both, both);
+}
+
 } // namespace
-
-cfdiff *cfdiffdfl(cfdiff *diff) {
-  fill(diff->genscope, genscope);
-  fill(diff->chkscope, chkscope);
-  return diff;
-}
-
-// NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
-int cfdiffnd(cfdiff *diff, const cfnode *nd1, const cfnode *nd2) {
-  diff->diff = differs(diff, nd1, nd2) ? 1 : 0;
-  return diff->diff;
-}

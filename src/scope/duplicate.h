@@ -1,13 +1,36 @@
-// Duplicates: whether a symbol stands twice in one instance.
+// Duplicates: whether an instance has a symbol twice.
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "cf.h"
+#include "node/index.h"
+#include "scope/scope.h"
 
-namespace cf {
+namespace cfcore {
 
-// True if the like of an element stands ahead of it in the instance that encloses it.
-bool isrepeated(cfparam *par);
-bool isrepeated(cfgroup *grp);
+/// The duplicate check of one walk, which reports the owners that it enters and leaves.
+class duplicates {
+public:
+  explicit duplicates(cfgroup *top) : search(enclosing(top)) {}
 
-} // namespace cf
+  void enter(cfgroup *owner) { search.enter(owner); }
+  void leave(const cfgroup *owner) {
+    if (owner->link.group)
+      search.leave(enclosing(owner->link.group));
+  }
+
+  /// True if another element like this one precedes it in the list, blocks and levels of its owner.
+  /// A group must have been left.
+  bool isrepeated(cfparam *par);
+  bool isrepeated(cfgroup *grp);
+
+private:
+  searches search;
+
+  static cfgroup *enclosing(cfgroup *grp) {
+    while (!isowner(grp) && grp->link.group)
+      grp = grp->link.group;
+    return grp;
+  }
+};
+
+} // namespace cfcore

@@ -1,51 +1,66 @@
-// Scope strings during a check: kept along the walk, or asked of the application's function.
+// Scope strings of the elements that a walk meets.
 // SPDX-License-Identifier: MIT
 #include "scope/names.h"
 
-namespace cf {
+#include "scope/scope.h"
 
-const char *askscope(textbuf &buf, genscope_t genscope, cfnode *nd) {
+namespace cfcore {
+
+void direct_names::begin(const cfgroup *holder) {
+  push();
+  const size_t size = _grpscope(nullptr, holder);
+  _grpscope(buf.reserve(first + size + 1, first) + first, holder);
+  last = first + size;
+}
+
+void direct_names::enter(const cfgroup *grp) {
+  if (grp->type == cf_grpinst && !*grp->cat) {
+    last = put(put(last, grp->name), ".");
+  } else {
+    push();
+    last = put(grp->type == cf_grpinst ? put(first, grp->cat) : first, "::");
+  }
+}
+
+void direct_names::leave(const cfgroup *grp) {
+  if (grp->type == cf_grpinst && !*grp->cat)
+    last -= std::strlen(grp->name) + 1;
+  else
+    pop();
+}
+
+const char *direct_names::name(const cfparam *par) {
+  put(last, par->key);
+  return buf.text() + first;
+}
+
+const char *direct_names::name(const cfgroup *grp) {
+  const size_t at = put(put(last, grp->name), ".");
+  if (*grp->cat)
+    put(put(at, grp->cat), "::");
+  return buf.text() + first;
+}
+
+/// Begins a prefix after the present one, whose beginning is stored between them.
+void direct_names::push() {
+  std::memcpy(buf.reserve(last + sizeof first, last) + last, &first, sizeof first);
+  first = last + sizeof first;
+}
+
+void direct_names::pop() {
+  last = first - sizeof first;
+  std::memcpy(&first, buf.text() + last, sizeof first);
+}
+
+const char *slot_names::name(const cfnode *nd) {
+  auto *elem =
+      const_cast<cfnode *>(nd); // the slot's type has no const; it must not write all the same
   // Cleared, so that a function that writes less than it announced still leaves a text.
-  const size_t size = size_t{genscope(nullptr, nd)} + 1;
+  const size_t size = size_t{genscope(nullptr, elem)} + 1;
   char *text = buf.reserve(size);
   std::memset(text, 0, size);
-  genscope(text, nd);
+  genscope(text, elem);
   return text;
 }
 
-kept_names::kept_names(const cfparser *parser) : end(_grpscope(nullptr, parser->top->link.group)) {
-  _grpscope(buf.reserve(end + 1), parser->top->link.group);
-}
-
-void kept_names::enter(const cfgroup *grp) {
-  if (grp->type == cf_grpinst && !*grp->cat) {
-    end = put(put(end, grp->name), ".");
-  } else if (grp->type == cf_grpinst || grp->type == cf_grptop) {
-    std::memcpy(buf.reserve(end + sizeof begin, end) + end, &begin, sizeof begin);
-    begin = end + sizeof begin;
-    end = put(grp->type == cf_grpinst ? put(begin, grp->cat) : begin, "::");
-  }
-}
-
-void kept_names::leave(const cfgroup *grp) {
-  if (grp->type == cf_grpinst && !*grp->cat) {
-    end -= std::strlen(grp->name) + 1;
-  } else if (grp->type == cf_grpinst || grp->type == cf_grptop) {
-    end = begin - sizeof begin;
-    std::memcpy(&begin, buf.text() + end, sizeof begin);
-  }
-}
-
-const char *kept_names::of(const cfparam *par) {
-  put(end, par->key);
-  return buf.text() + begin;
-}
-
-const char *kept_names::of(const cfgroup *grp) {
-  const size_t at = put(put(end, grp->name), ".");
-  if (*grp->cat)
-    put(put(at, grp->cat), "::");
-  return buf.text() + begin;
-}
-
-} // namespace cf
+} // namespace cfcore

@@ -1,50 +1,42 @@
-// Scope strings during a check: kept along the walk, or asked of the application's function.
+// Scope strings of the elements that a walk meets.
+//
+// On the direct path, with the default `genscope`, the names keep the prefix of the group that the
+// walk is in. If each string were made from the root, an element would cost the more the deeper it
+// is. On the slot path, the function of the application makes each string.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include "cf.h"
-#include "scope/scope.h"
 #include "scope/textbuf.h"
 
-namespace cf {
+namespace cfcore {
 
-using genscope_t = unsigned int (*)(char *scbf, cfnode *nd);
-
-/// Asks a genscope slot for the scope string of an element, by its two calls.
-const char *askscope(textbuf &buf, genscope_t genscope, cfnode *nd);
-
-/// Asks for each name.
-class asked_names {
-public:
-  explicit asked_names(const cfparser *parser) : genscope(parser->genscope) {}
-  void enter(const cfgroup *) {}
-  void leave(const cfgroup *) {}
-  const char *of(cfparam *par) { return askscope(buf, genscope, &par->link); }
-  const char *of(cfgroup *grp) { return askscope(buf, genscope, &grp->link); }
-
-private:
-  genscope_t genscope;
-  textbuf buf;
-};
-
-/// Keeps the prefix of the group that the walk is in, as the default genscope would make it, so
-/// that a name costs its own part only: made anew for each element, from the root and twice, the
-/// strings are most of a check, and their cost grows with the nesting.
+/// The names of the direct path.
 ///
-/// The buffer is a stack of prefixes, outermost first. Below a group without category the prefix is
-/// prolonged; a category or a top group begins a new one, behind the place where the former begins.
-class kept_names {
+/// The buffer is a stack of prefixes, outermost first. The prefix of a group without category
+/// continues that of its parent; a category, a top group or another walk begins a new one after it.
+class direct_names {
 public:
-  explicit kept_names(const cfparser *parser);
+  /// Begins a walk of elements that `holder` holds, which may be NULL. The walk before it, if there
+  /// is one, goes on after end().
+  void begin(const cfgroup *holder);
+  void end() { pop(); }
+
+  // The walk reports the owners that it enters and leaves.
   void enter(const cfgroup *grp);
-  void leave(const cfgroup *grp); ///< to be called before of() for the group itself
-  const char *of(const cfparam *par);
-  const char *of(const cfgroup *grp);
+  void leave(const cfgroup *grp);
+
+  /// The scope string of an element that the group entered last holds, until the next call.
+  const char *name(const cfparam *par);
+  const char *name(const cfgroup *grp);
 
 private:
   textbuf buf;
-  size_t begin = 0; // of the prefix
-  size_t end;       // of the prefix, where names are written
+  size_t first = 0; // where the prefix begins
+  size_t last = 0;  // where it ends, and names continue it
+
+  void push();
+  void pop();
 
   /// Writes a text at `at`. Gives the place of its terminator.
   size_t put(size_t at, const char *text) {
@@ -54,4 +46,24 @@ private:
   }
 };
 
-} // namespace cf
+/// The names of the slot path.
+class slot_names {
+public:
+  using genscope_t = unsigned int (*)(char *scbf, cfnode *nd);
+
+  explicit slot_names(genscope_t function) : genscope(function) {}
+  void begin(const cfgroup *) {}
+  void end() {}
+  void enter(const cfgroup *) {}
+  void leave(const cfgroup *) {}
+  const char *name(const cfparam *par) { return name(&par->link); }
+  const char *name(const cfgroup *grp) { return name(&grp->link); }
+
+private:
+  genscope_t genscope;
+  textbuf buf;
+
+  const char *name(const cfnode *nd);
+};
+
+} // namespace cfcore

@@ -8,18 +8,18 @@
 #include <cstring>
 #include <string_view>
 
-namespace cf {
+namespace cfcore {
 namespace {
 
-/// Writes a part of a scope string, `text` and the mark behind it, with a terminator. Gives its length
-/// without terminator; `to` NULL only asks.
-size_t putscope(char *to, std::string_view text, std::string_view mark) {
+/// Writes a part of a scope string, with a terminator, unless `to` is NULL. Gives its length
+/// without the terminator.
+size_t putscope(char *to, std::string_view text, std::string_view separator) {
   if (to) {
     to += text.copy(to, text.size());
-    to += mark.copy(to, mark.size());
+    to += separator.copy(to, separator.size());
     *to = '\0';
   }
-  return text.size() + mark.size();
+  return text.size() + separator.size();
 }
 
 /// The nearest instance from `grp` upward, or NULL if a top group or the end comes first.
@@ -28,6 +28,8 @@ const cfgroup *instance(const cfgroup *grp) {
     grp = grp->link.group;
   return grp && grp->type == cf_grpinst ? grp : nullptr;
 }
+
+// These two give the size *with* the terminator, as genscope() does.
 
 size_t grpscope(char *sbf, const cfgroup *grp) {
   grp = instance(grp);
@@ -57,7 +59,7 @@ size_t scope(char *scbf, const cfnode *nd) {
 } // namespace
 
 size_t _grpscope(char *sbf, const cfgroup *grp) {
-  // Climbed twice: for the length, and to fill in the path's names from its right end.
+  // Two climbs: one for the length, and one to write the names of the path from its right end.
   size_t path = 0;
   const cfgroup *first = instance(grp);
   for (; first && !*first->cat; first = instance(first->link.group))
@@ -79,10 +81,10 @@ size_t _grpscope(char *sbf, const cfgroup *grp) {
 unsigned int genscope(char *scbf, cfnode *nd) {
   const size_t size = scope(nullptr, nd);
   if (size > UINT_MAX)
-    return 0; // more than the slot's type can tell
+    return 0; // more than the slot's type can hold
   if (scbf)
     scope(scbf, nd);
   return static_cast<unsigned int>(size);
 }
 
-} // namespace cf
+} // namespace cfcore

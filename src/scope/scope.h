@@ -1,4 +1,4 @@
-// Scope strings: where in the application's schema an element stands.
+// Scope strings: where in the application's schema an element is.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -6,14 +6,20 @@
 
 #include <cstddef>
 
-namespace cf {
+namespace cfcore {
 
-/// The default of the genscope slots. With NULL `scbf` it gives the bytes that the scope string of
-/// `nd` needs, terminator included; with a buffer of that size it writes it too. An anchor gives 0.
+/// True for a group that has its own symbols and its own prefix; all others are passed through.
+inline bool isowner(const cfgroup *grp) {
+  return grp->type == cf_grpinst || grp->type == cf_grptop;
+}
+
+/// The default of the genscope slots. Gives the bytes that the scope string of `nd` needs, with its
+/// terminator, and writes it unless `scbf` is NULL. An anchor has none and gives 0.
 unsigned int genscope(char *scbf, cfnode *nd);
 
-/// Writes the prefix of `grp`: what its contents get in front of their own part. Gives its length
-/// without terminator; `sbf` NULL only asks.
+/// Writes the prefix of `grp`, which scope strings of what it holds begin with, unless `sbf` is
+/// NULL. Gives its length *without* the terminator, unlike genscope(): that is where the string
+/// goes on.
 size_t _grpscope(char *sbf, const cfgroup *grp);
 
-} // namespace cf
+} // namespace cfcore

@@ -1,4 +1,4 @@
-// Transient text: on the stack while it fits, else in a block of the memory manager.
+// Transient text: in the object while it fits, else in a block of the memory manager.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -7,8 +7,9 @@
 #include <algorithm>
 #include <cstring>
 
-namespace cf {
+namespace cfcore {
 
+/// A buffer that grows. Whoever asks for room says how much of the present text is still needed.
 class textbuf {
 public:
   textbuf() = default;
@@ -19,7 +20,7 @@ public:
       release_quietly(data);
   }
 
-  /// Makes room for `size` bytes and keeps the first `kept`. Gives the text.
+  /// Makes room for `size` bytes and keeps the first `kept`. The text may move.
   char *reserve(size_t size, size_t kept = 0) {
     if (size > room)
       grow(size, kept);
@@ -44,4 +45,4 @@ private:
   }
 };
 
-} // namespace cf
+} // namespace cfcore

@@ -1,4 +1,4 @@
-// Blocks: what binds remarks to the element on the next line.
+// Blocks: they bind remarks to the element on the next line.
 // SPDX-License-Identifier: MIT
 #include "text/blocks.h"
 
@@ -7,20 +7,22 @@
 
 #include <cassert>
 
-namespace cf {
+namespace cfcore {
 namespace {
 
+/// The line after `row`. An application's scanner may set any row, the largest `long` too: unsigned
+/// arithmetic makes that one wrap around, where signed arithmetic would be undefined.
 long nextrow(long row) { return static_cast<long>(static_cast<unsigned long>(row) + 1); }
 
-/// Puts `block` in the place of `elem`, with `run` and then `elem` in it.
+/// Puts `block` in the place of `elem`, then `run` and `elem` into the block.
 void bind(cfgroup *block, cfgroup *run, cfnode *elem) {
   movelast(block, &run->link);
   movebefore(elem, &block->link);
   movelast(block, elem);
 }
 
-/// Gathers the run that begins with the remark `first` and binds it to what stands on the line
-/// behind it. Gives the node at which the walk goes on; what was made here lies behind it.
+/// Gathers the run of remarks that begins with `first`, and binds it to a group or parameter on the
+/// line after it. Gives the node with which the walk continues; all blocks made here are before it.
 cfnode *gather(cfnode *first) {
   long row = asrem(first)->row;
   cfgroup *run = makegrp({}, {}, cf_grprem, row);
@@ -29,7 +31,7 @@ cfnode *gather(cfnode *first) {
   while (it->type == cf_remark && asrem(it)->row == row) {
     row = nextrow(row);
     movelast(run, it);
-    it = run->link.next; // what followed the remark follows the run now
+    it = run->link.next; // the node that followed the remark
     assert(it);
   }
   if (it->type == cf_group && asgrp(it)->row == row) {
@@ -63,4 +65,4 @@ void makeblocks(cfgroup *top) {
   }
 }
 
-} // namespace cf
+} // namespace cfcore

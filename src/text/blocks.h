@@ -1,13 +1,14 @@
-// Blocks: what binds remarks to the element on the next line.
+// Blocks: they bind remarks to the element on the next line.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include "cf.h"
 
-namespace cf {
+namespace cfcore {
 
-/// Gathers the remarks of a tree that was read into blocks, one for each run on consecutive lines,
-/// and binds a block to the group or parameter directly below it. Elements are moved, never copied.
+/// Moves each run of remarks on consecutive lines into a block, and binds the block to a group or
+/// parameter on the next line by a second block around both. `top` is the root of a tree that was
+/// just read. Elements are moved, never copied.
 void makeblocks(cfgroup *top);
 
-} // namespace cf
+} // namespace cfcore

@@ -1,17 +1,17 @@
-// Character classes: ASCII from a table, other bytes asked of the locale.
+// Character classes: a table for ASCII, the locale for all other bytes.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include <array>
 #include <cctype>
 
-namespace cf {
+namespace cfcore {
 
 enum charclass : unsigned char {
   in_space = 1,  // white space
   in_letter = 2, // letter
   in_word = 4,   // letter, digit or underscore
-  in_locale = 8  // 0x80 and above: as the locale says
+  in_locale = 8  // 0x80 and above: the locale decides
 };
 
 inline constexpr std::array<unsigned char, 256> char_classes = [] {
@@ -27,12 +27,12 @@ inline constexpr std::array<unsigned char, 256> char_classes = [] {
   return classes;
 }();
 
-/// True if `ch` is of class `wanted`; `ask` tells for bytes that are the locale's.
-template <class Ask> bool isin(charclass wanted, char ch, Ask ask) {
+/// True if `ch` is of class `wanted`; for bytes beyond ASCII `inlocale` decides.
+template <class InLocale> bool isin(charclass wanted, char ch, InLocale inlocale) {
   const auto c = static_cast<unsigned char>(ch);
   if (char_classes[c] & wanted)
     return true;
-  return char_classes[c] & in_locale && ask(c);
+  return char_classes[c] & in_locale && inlocale(c);
 }
 
 inline bool isspacechar(char ch) {
@@ -47,4 +47,4 @@ inline bool iswordchar(char ch) {
   return isin(in_word, ch, [](int c) { return std::isalnum(c) != 0; });
 }
 
-} // namespace cf
+} // namespace cfcore

@@ -1,14 +1,17 @@
-// Format: how each kind of line is written.
+// Format: how each kind of line is written, and the default slots of the printer's record.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include "cf.h"
 #include "text/writer.h"
 
-namespace cf {
+namespace cfcore {
 
-/// Indentation of what `grp` holds: two blanks for each instance from `grp` up to the root. NULL:
-/// none.
+/// True if no slot of the record was replaced.
+bool isdefault(const cfprinter *prn);
+
+/// Indentation of the children of `grp`: two blanks for each instance from `grp` up to the root.
+/// NULL gives none.
 inline size_t indentation(const cfgroup *grp) {
   size_t blanks = 0;
   for (; grp; grp = grp->link.group)
@@ -52,4 +55,4 @@ inline void putparam(writer &out, size_t indent, const cfparam *par) {
   out.put("\n");
 }
 
-} // namespace cf
+} // namespace cfcore

@@ -1,42 +1,45 @@
-// Input: the lines of a stream, in large pieces.
+// Input: what the direct path does once for many lines.
 // SPDX-License-Identifier: MIT
 #include "text/input.h"
 
-#include <cstring>
+namespace cfcore {
 
-namespace cf {
+void direct_input::drain() {
+  char *newline = nullptr;
+  do {
+    newline = advance();
+    terminate(lineend(newline));
+  } while (newline == end && begin != end); // until the newline, or until nothing more is read
+  if (newline == end)
+    more = !std::feof(fd); // after an error, fgets() would try again too
+}
 
-/// Moves what is left to the front and reads behind it. False if nothing came.
-bool block_input::refill() {
-  const auto left = static_cast<size_t>(end - begin);
-  std::memmove(buf, begin, left);
-  begin = buf;
-  const size_t room = block - left;
-  const size_t got = more ? std::fread(buf + left, 1, room, fd) : 0;
+/// Reads until the current line's newline is there. Gives it, or `end` if the stream ends before it
+/// or the line fills the buffer.
+char *direct_input::readon() {
+  for (;;) {
+    const auto searched = end - begin;
+    if (!refill())
+      return end;
+    if (char *newline = find(begin + searched); newline != end)
+      return newline;
+  }
+}
+
+/// Moves the current line to the front of the buffer and reads more after it. False if nothing
+/// came: the stream has no more, or the line fills the buffer.
+bool direct_input::refill() {
+  if (!more)
+    return false;
+  const auto length = static_cast<size_t>(end - begin);
+  const size_t room = capacity - length;
+  std::memmove(buf, begin, length);
+  const size_t got = std::fread(buf + length, 1, room, fd);
   more = got == room;
-  end = buf + left + got;
+  begin = buf;
+  end = buf + length + got;
   std::memset(end, '\n', line_margin);
   return got > 0;
 }
 
-/// Reads on for the end of a line; gives the end of what was read if there is none, or no room for it.
-char *block_input::readon() {
-  for (;;) {
-    const auto seen = end - begin;
-    if (!refill())
-      return end;
-    if (char *found = seek(begin + seen); found != end)
-      return found;
-  }
-}
-
-void block_input::drain() {
-  while (!ended && begin != end) { // the line goes on behind what was read
-    gobehind();
-    findend();
-  }
-  if (!ended)
-    more = !std::feof(fd); // as with fgets(), a stream that recovers is read on
-}
-
-} // namespace cf
+} // namespace cfcore

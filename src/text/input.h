@@ -1,24 +1,110 @@
-// Input: the lines of a stream, one at a time, as they are or in large pieces.
+// Input: the lines of a stream, one at a time.
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cassert>
 #include <cstdio>
 #include <cstring>
 
-namespace cf {
+namespace cfcore {
 
-/// Bytes of a line with its line end that can be read.
+/// The longest line that can be read, in bytes with its newline.
 inline constexpr size_t line_limit = 4095;
 
-/// Bytes from the terminator of a line on that can be read, for looks at several at once.
+/// Bytes that may be read from the terminator of a direct_input's line on.
 inline constexpr size_t line_margin = 8;
 
-enum class fetched { line, overflow, end };
+enum class fetched {
+  line,
+  overflow, ///< a line above the limit, of which row() is the beginning
+  end       ///< no line is left
+};
 
-/// Takes a line with each call and leaves the stream behind it, for slots that look at the stream.
-class line_input {
+/// Input of the direct path: reads many lines at once and terminates each of them where it is in
+/// the buffer. It gives the same lines as slot_input, without a call of the C library for each.
+class direct_input {
 public:
-  explicit line_input(std::FILE *stream) : fd(stream) {}
+  explicit direct_input(std::FILE *stream) : fd(stream), more(!std::feof(stream)) {
+    std::memset(buf, '\n', line_margin);
+    terminate(buf);
+  }
+
+  /// The current line, with its newline and a terminator.
+  const char *row() const { return begin; }
+
+  /// Goes to the next line.
+  fetched next() {
+    char *newline = advance();
+    if (static_cast<size_t>(newline - begin) >= line_limit) {
+      terminate(begin + line_limit);
+      return fetched::overflow;
+    }
+    terminate(lineend(newline));
+    // At the end of the file a line may lack its newline. What came before a read error is no line.
+    if (newline == end && (begin == end || !std::feof(fd)))
+      return fetched::end;
+    return fetched::line;
+  }
+
+  /// Skips the rest of a line that overflowed.
+  void drain();
+
+private:
+  static constexpr size_t capacity = 16384;
+
+  // The buffer between two calls:
+  //
+  //   buf              begin               after            end
+  //   | lines returned | current line ...\n | bytes to come | \n * line_margin |
+  //                                         ^
+  //                                         '\0', in place of the byte in `held`
+  //
+  // The newlines from `end` on let every search find one. If `after` is `end`, the terminator takes
+  // the place of the first of them until advance() puts it back.
+  std::FILE *fd;
+  bool more;         // the stream may have more: it met neither its end nor an error
+  char held = '\n';  // the byte that belongs at `after`
+  char *begin = buf; // the current line
+  char *after = buf; // the byte after the current line
+  char *end = buf;   // the end of what was read
+  char buf[capacity + line_margin];
+
+  void terminate(char *at) {
+    after = at;
+    held = *at;
+    *at = '\0';
+  }
+
+  /// The byte after a line, whose newline is `end` if it has none.
+  char *lineend(char *newline) const { return newline == end ? end : newline + 1; }
+
+  /// The first newline from `from` on, or `end` if none was read.
+  char *find(char *from) const {
+    return static_cast<char *>(std::memchr(from, '\n', static_cast<size_t>(end + 1 - from)));
+  }
+
+  /// Begins a line at `after`. Gives its newline, or `end` if the buffer or the stream ends before
+  /// it.
+  char *advance() {
+    assert(buf <= begin && begin <= after && after <= end && end <= buf + capacity);
+    assert(*after == '\0' && (after < end || held == '\n'));
+    *after = held;
+    begin = after;
+    // The first byte was stored just now, and a search by larger pieces would wait until that store
+    // reaches the cache. So it is compared alone, and the search begins after it.
+    char *newline = *begin == '\n' ? begin : find(begin + 1);
+    return newline != end ? newline : readon();
+  }
+
+  char *readon();
+  bool refill();
+};
+
+/// Input of the slot path: reads one line with each call, as slots may use the stream themselves.
+class slot_input {
+public:
+  explicit slot_input(std::FILE *stream) : fd(stream) {}
+
   const char *row() const { return buf; }
 
   fetched next() {
@@ -30,7 +116,6 @@ public:
     return fetched::line;
   }
 
-  /// Reads on to the end of a line that overflowed.
   void drain() {
     int c = 0;
     do
@@ -43,65 +128,4 @@ private:
   char buf[line_limit + 1];
 };
 
-/// Takes blocks and splits them: the same lines without the cost of a call for each, which is a quarter
-/// of reading. The stream is ahead of the line, which has a margin. What each line needs stands inline,
-/// and only what a block needs apart.
-class block_input {
-public:
-  explicit block_input(std::FILE *stream) : fd(stream) {}
-  const char *row() const { return begin; }
-
-  fetched next() {
-    gobehind();
-    const auto length = static_cast<size_t>(findend() - begin);
-    if (length >= line_limit) {
-      begin[line_limit] = '\0';
-      return fetched::overflow;
-    }
-    *after = '\0';
-    // As with fgets(), what a failing stream gave of a line is no line.
-    if (!ended && (length == 0 || !std::feof(fd)))
-      return fetched::end;
-    return fetched::line;
-  }
-  void drain();
-
-private:
-  static constexpr size_t block = 16384;
-
-  std::FILE *fd;
-  bool more = true;   // the stream may have more
-  bool ended = false; // the line has its line end
-  char held = '\n';   // the byte behind the line, where its terminator stands
-  char buf[block + line_margin];
-  char *begin = buf; // of the line
-  char *after = buf; // behind the line
-  char *end = buf;   // of what was read; a line end stands there, so that each search finds one,
-                     // but while the last line's terminator takes its place, until gobehind()
-
-  bool refill();
-  char *readon();
-
-  void gobehind() {
-    *after = held;
-    begin = after;
-  }
-
-  char *seek(char *from) {
-    return static_cast<char *>(std::memchr(from, '\n', static_cast<size_t>(end + 1 - from)));
-  }
-
-  /// Finds where the line ends, without its line end. The first byte, which was put back just now, is
-  /// looked at alone: a search by larger pieces would wait for it to reach the cache, a tenth of reading.
-  char *findend() {
-    char *found = *begin == '\n' ? begin : seek(begin + 1);
-    if (found == end)
-      found = readon();
-    ended = found != end;
-    after = found + ended;
-    held = *after;
-    return found;
-  }
-};
-
-} // namespace cf
+} // namespace cfcore

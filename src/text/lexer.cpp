@@ -2,14 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include "text/lexer.h"
 
-#include "node/fill.h"
 #include "node/make.h"
+#include "node/slots.h"
 #include "text/line.h"
 
-namespace cf {
+namespace cfcore {
 namespace {
 
-bool is(linekind kind, const cflexer *lex) { return look(lex->row).kind == kind; }
+bool is(linekind kind, const cflexer *lex) { return classify(lex->row).kind == kind; }
 
 int isempty(cflexer *lex) { return is(linekind::empty, lex); }
 int isremark(cflexer *lex) { return is(linekind::remark, lex); }
@@ -17,16 +17,17 @@ int isgrpbeg(cflexer *lex) { return is(linekind::grpbeg, lex); }
 int isgrpend(cflexer *lex) { return lex->row && is(linekind::grpend, lex); }
 int isparam(cflexer *lex) { return is(linekind::param, lex); }
 
-// The scanners cut by marks alone, because an application's classifier may let other words through.
+// The scanners rely on the line's mark alone: an application's classifier may accept lines that are
+// of no kind for the default ones.
 
-/// The first `mark` at or behind `p`, or the end of the text.
+/// The first `mark` from `p` on, or the end of the text.
 const char *find(const char *p, char mark) {
   while (*p && *p != mark)
     ++p;
   return p;
 }
 
-/// Cuts what stands before the first white space or `mark`, and moves `p` behind it.
+/// Cuts what is before the first white space or `mark`, and moves `p` after it.
 std::string_view cutbefore(const char *&p, char mark) {
   const char *begin = p;
   while (*p && *p != mark && !isspacechar(*p))
@@ -45,10 +46,8 @@ cfgroup *scangrp(cflexer *lex) {
   p = skipspace(p);
   if (*p == '{' || *p == '\0')
     return makegrp({}, first, cf_grpinst, lex->nrow);
-  const char *end = find(p, '{');
-  while (end > p && isspacechar(end[-1]))
-    --end;
-  return makegrp(first, between(p, end), cf_grpinst, lex->nrow);
+  const char *mark = find(p, '{');
+  return makegrp(first, between(p, cutspace(p, mark)), cf_grpinst, lex->nrow);
 }
 
 cfparam *scanpar(cflexer *lex) {
@@ -58,26 +57,20 @@ cfparam *scanpar(cflexer *lex) {
   return makepar(key, *mark ? cutvalue(mark) : std::string_view(), lex->nrow);
 }
 
+constexpr slots defaults{
+    slot{&cflexer::isempty, isempty},   slot{&cflexer::isremark, isremark},
+    slot{&cflexer::isgrpbeg, isgrpbeg}, slot{&cflexer::isgrpend, isgrpend},
+    slot{&cflexer::isparam, isparam},   slot{&cflexer::scanrem, scanrem},
+    slot{&cflexer::scangrp, scangrp},   slot{&cflexer::scanpar, scanpar},
+};
+
 } // namespace
 
-bool isdefault(const cflexer *lex) {
-  return lex->isempty == isempty && lex->isremark == isremark && lex->isgrpbeg == isgrpbeg &&
-         lex->isgrpend == isgrpend && lex->isparam == isparam && lex->scanrem == scanrem &&
-         lex->scangrp == scangrp && lex->scanpar == scanpar;
-}
+bool isdefault(const cflexer *lex) { return defaults.isdefault(lex); }
 
-} // namespace cf
-
-using namespace cf;
+} // namespace cfcore
 
 cflexer *cflexdfl(cflexer *lex) {
-  fill(lex->isempty, isempty);
-  fill(lex->isremark, isremark);
-  fill(lex->isgrpbeg, isgrpbeg);
-  fill(lex->isgrpend, isgrpend);
-  fill(lex->isparam, isparam);
-  fill(lex->scanrem, scanrem);
-  fill(lex->scangrp, scangrp);
-  fill(lex->scanpar, scanpar);
+  cfcore::defaults.fill(lex);
   return lex;
 }

@@ -4,9 +4,9 @@
 
 #include "cf.h"
 
-namespace cf {
+namespace cfcore {
 
 /// True if no slot of the record was replaced.
 bool isdefault(const cflexer *lex);
 
-} // namespace cf
+} // namespace cfcore

@@ -1,4 +1,4 @@
-// Line syntax: what kind a line is, and how it is cut.
+// Line syntax: the kind of a line, and where it is cut.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -7,11 +7,11 @@
 #include <cstring>
 #include <string_view>
 
-namespace cf {
+namespace cfcore {
 
 enum class linekind { none, empty, remark, grpbeg, grpend, param };
 
-/// What one look at a line tells. No line is of two kinds.
+/// What classify() finds in a line.
 struct line {
   linekind kind = linekind::none;
   std::string_view cat{};     ///< category of a group, empty if it has none
@@ -19,10 +19,18 @@ struct line {
   const char *mark = nullptr; ///< the # of a remark, the = of a parameter
 };
 
+/// The first character from `p` on that is no white space.
 inline const char *skipspace(const char *p) {
   while (isspacechar(*p))
     ++p;
   return p;
+}
+
+/// The end of the text from `begin` to `end`, without white space at its end.
+inline const char *cutspace(const char *begin, const char *end) {
+  while (end > begin && isspacechar(end[-1]))
+    --end;
+  return end;
 }
 
 inline bool isblank(const char *p) { return *skipspace(p) == '\0'; }
@@ -31,7 +39,7 @@ inline std::string_view between(const char *begin, const char *end) {
   return {begin, static_cast<size_t>(end - begin)};
 }
 
-/// Cuts the identifier at `p`, empty if there is none, and moves `p` behind it.
+/// Cuts the identifier at `p`, empty if there is none, and moves `p` after it.
 inline std::string_view cutword(const char *&p) {
   const char *begin = p;
   if (isletter(*p))
@@ -41,8 +49,8 @@ inline std::string_view cutword(const char *&p) {
   return between(begin, p);
 }
 
-/// Looks at a line that begins with a word, if with any: a group head or a parameter.
-inline line lookword(const char *p) {
+/// Classifies a line that can only be a group head or a parameter, as both begin with a word.
+inline line classifyword(const char *p) {
   line it;
   it.word = cutword(p);
   if (it.word.empty())
@@ -63,17 +71,18 @@ inline line lookword(const char *p) {
   return it;
 }
 
-inline line look(const char *row) {
+/// The kind of a line and its parts. A line is of one kind at most, so no order of tests matters.
+inline line classify(const char *row) {
   const char *p = skipspace(row);
   switch (*p) {
   case '\0': return {linekind::empty};
   case '#': return {.kind = linekind::remark, .mark = p};
   case '}': return {isblank(p + 1) ? linekind::grpend : linekind::none};
-  default: return lookword(p);
+  default: return classifyword(p);
   }
 }
 
-/// The text of a remark, behind its mark: up to the line's end, less one blank in front.
+/// The text of a remark: from its mark to the newline, without the mark and one blank after it.
 inline std::string_view cutremark(const char *mark) {
   const char *begin = mark + 1;
   if (*begin == ' ')
@@ -82,13 +91,10 @@ inline std::string_view cutremark(const char *mark) {
   return text.substr(0, text.find('\n'));
 }
 
-/// The value of a parameter, behind its mark, without the white space around it.
+/// The value of a parameter: what follows its mark, without white space at either end.
 inline std::string_view cutvalue(const char *mark) {
   const char *begin = skipspace(mark + 1);
-  const char *end = begin + std::strlen(begin);
-  while (end > begin && isspacechar(end[-1]))
-    --end;
-  return between(begin, end);
+  return between(begin, cutspace(begin, begin + std::strlen(begin)));
 }
 
-} // namespace cf
+} // namespace cfcore

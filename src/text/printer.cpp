@@ -1,66 +1,121 @@
 // Printer: a tree as text, with the blank lines that keep its remarks bound or free.
 // SPDX-License-Identifier: MIT
-#include "node/fill.h"
+#include "node/slots.h"
 #include "node/walk.h"
+#include "platform/messages.h"
 #include "text/format.h"
 
-#include <algorithm>
-#include <climits>
-
-using namespace cf;
+using namespace cfcore;
 
 namespace {
 
-// The default slots write one line each and give its length.
+bool direct_printing(cfprinter *prn);
+bool slot_printing(cfprinter *prn);
 
-template <class Put> int writeline(cfprinter *prn, Put put) {
-  writer out(prn->fd);
-  put(out);
-  return out.flush() ? static_cast<int>(std::min<size_t>(out.count(), INT_MAX)) : -1;
+} // namespace
+
+int cfprint(FILE *fd, cfprinter *prn, cfgroup *top, const char *fname) {
+  cfprintdfl(prn);
+  prn->valid = 1;
+  prn->fd = fd;
+  prn->fname = fname;
+  prn->top = top;
+  prn->brk = 0;
+  const bool written = isdefault(prn) ? direct_printing(prn) : slot_printing(prn);
+  if (!written || std::ferror(fd)) {
+    error_sink()("%s: write error", fname);
+    prn->valid = 0;
+  }
+  return result(prn->valid);
 }
 
-int outempty(cfprinter *prn, cfgroup *grp) {
-  return writeline(prn, [=](writer &out) { putempty(out, indentation(grp)); });
+namespace {
+
+constexpr int bit(cfnode_t type) { return 1 << type; }
+
+/// The blank-line mask after a child of a group of kind `parent`: a bit for each kind of node
+/// before which a blank line is printed. `rem`: the child is a remark or a block of remarks.
+int maskafter(cfgroup_t parent, bool rem) {
+  constexpr int elements = bit(cf_group) | bit(cf_remark);
+  switch (parent) {
+  case cf_grptop:
+  case cf_grpinst: return rem ? elements | bit(cf_param) : elements;
+  case cf_grpgrp:
+  case cf_grppar: return bit(cf_remark);
+  case cf_grprem: return 0;
+  default: return elements;
+  }
 }
 
-int outremark(cfprinter *prn, cfremark *rem) {
-  return writeline(prn, [=](writer &out) { putremark(out, indentation(rem->link.group), rem); });
-}
-
-int outgrpbeg(cfprinter *prn, cfgroup *grp) {
-  return writeline(prn, [=](writer &out) { putgrpbeg(out, indentation(grp->link.group), grp); });
-}
-
-int outgrpend(cfprinter *prn, cfgroup *grp) {
-  return writeline(prn, [=](writer &out) { putgrpend(out, indentation(grp->link.group)); });
-}
-
-int outparam(cfprinter *prn, cfparam *par) {
-  return writeline(prn, [=](writer &out) { putparam(out, indentation(par->link.group), par); });
-}
-
-bool isdefault(const cfprinter *prn) {
-  return prn->outempty == outempty && prn->outremark == outremark && prn->outgrpbeg == outgrpbeg &&
-         prn->outgrpend == outgrpend && prn->outparam == outparam;
-}
-
-/// Output through the slots of the record. Each function gives false on failure.
-class slot_output {
+/// Visitor that prints what the walk meets.
+///
+/// Each child of a group sets the mask in `brk` for what comes after it. The exception is a child
+/// group in which nothing was printed: it sets the mask only if something was printed in its parent
+/// before it. `unprinted` decides that: it is the outermost open group in which nothing was printed
+/// yet, or NULL if there is none. Nothing was printed in the open groups inside `unprinted` either;
+/// something was printed in every open group around it.
+template <class Output> class printing {
 public:
-  explicit slot_output(cfprinter *printer) : prn(printer) {}
-  bool empty(cfgroup *grp) { return prn->outempty(prn, grp) >= 0; }
-  bool remark(cfremark *rem) { return prn->outremark(prn, rem) >= 0; }
-  bool grpbeg(cfgroup *grp) { return prn->outgrpbeg(prn, grp) >= 0; }
-  bool grpend(cfgroup *grp) { return prn->outgrpend(prn, grp) >= 0; }
-  bool param(cfparam *par) { return prn->outparam(prn, par) >= 0; }
-  bool finish() { return true; }
+  explicit printing(cfprinter *printer) : prn(printer), top(printer->top), out(printer) {}
+
+  go enter(cfgroup *grp) {
+    if (grp->type == cf_grpinst) {
+      if (!_cfpbrk(&grp->link) || !out.grpbeg(grp))
+        return go::stop;
+      unprinted = grp; // its head is printed in the groups around it, not in itself
+    } else if (!unprinted) {
+      unprinted = grp;
+    }
+    if (grp->type == cf_grpinst || grp->type == cf_grptop)
+      prn->brk = 0;
+    return go::on;
+  }
+
+  go leaf(cfnode *nd) {
+    const bool rem = nd->type == cf_remark;
+    if (!_cfpbrk(nd) || !(rem ? out.remark(asrem(nd)) : out.param(aspar(nd))))
+      return go::stop;
+    unprinted = nullptr;
+    prn->brk = maskafter(nd->group->type, rem);
+    return go::on;
+  }
+
+  go leave(cfgroup *grp) {
+    if (grp->type == cf_grpinst) {
+      if (!out.grpend(grp))
+        return go::stop;
+      unprinted = nullptr;
+    }
+    if (grp == top)
+      return go::on;
+    if (unprinted == grp)
+      unprinted = nullptr; // as the outermost one, it is in a group in which something was printed
+    if (!unprinted)
+      prn->brk = maskafter(grp->link.group->type, grp->type == cf_grprem);
+    return go::on;
+  }
+
+  bool finish() { return out.finish(); }
 
 private:
   cfprinter *prn;
+  const cfgroup *top;
+  Output out;
+  const cfgroup *unprinted = nullptr;
+
+  /// Prints a blank line if one is due before `nd`. False on failure.
+  bool _cfpbrk(cfnode *nd) { return !(prn->brk & bit(nd->type)) || out.empty(nd->group); }
 };
 
-/// Output as the default slots do it, when none was replaced: lines are gathered, and the
-/// indentation is kept instead of counted up to the root for each line.
+template <class Output> bool _cfprint(cfprinter *prn) {
+  printing<Output> visitor(prn);
+  const bool done = walk(prn->top, visitor) != go::stop;
+  return visitor.finish() && done;
+}
+
+// Direct path: lines are gathered, and the indentation is kept up to date instead of counted up to
+// the root for each line.
+
 class direct_output {
 public:
   explicit direct_output(cfprinter *prn)
@@ -94,104 +149,24 @@ private:
   size_t indent;
 };
 
-constexpr int bit(cfnode_t type) { return 1 << type; }
+bool direct_printing(cfprinter *prn) { return _cfprint<direct_output>(prn); }
 
-/// The blank-line mask behind a child of a group of kind `holder`; `rem`: it was remarks.
-int maskbehind(cfgroup_t holder, bool rem) {
-  constexpr int elements = bit(cf_group) | bit(cf_remark);
-  switch (holder) {
-  case cf_grptop:
-  case cf_grpinst: return rem ? elements | bit(cf_param) : elements;
-  case cf_grpgrp:
-  case cf_grppar: return bit(cf_remark);
-  case cf_grprem: return 0;
-  default: return elements;
-  }
-}
+// Slot path: each line is a call.
 
-/// Visitor that prints what the walk meets.
-template <class Output> class printing {
+class slot_output {
 public:
-  explicit printing(cfprinter *printer) : prn(printer), top(printer->top), out(printer) {}
-
-  go enter(cfgroup *grp) {
-    if (grp->type == cf_grpinst) {
-      if (!_cfpbrk(&grp->link) || !out.grpbeg(grp))
-        return go::stop;
-      unprinted = grp;
-    } else if (!unprinted) {
-      unprinted = grp;
-    }
-    if (grp->type == cf_grpinst || grp->type == cf_grptop)
-      prn->brk = 0;
-    return go::on;
-  }
-
-  go leaf(cfnode *nd) {
-    const bool rem = nd->type == cf_remark;
-    if (!_cfpbrk(nd) || !(rem ? out.remark(asrem(nd)) : out.param(aspar(nd))))
-      return go::stop;
-    unprinted = nullptr;
-    prn->brk = maskbehind(nd->group->type, rem);
-    return go::on;
-  }
-
-  go leave(cfgroup *grp) {
-    if (grp->type == cf_grpinst) {
-      if (!out.grpend(grp))
-        return go::stop;
-      unprinted = nullptr;
-    }
-    if (grp == top)
-      return go::on;
-    if (unprinted == grp)
-      unprinted = nullptr; // nothing came of it, but something stands before it in its list
-    if (!unprinted)
-      prn->brk = maskbehind(grp->link.group->type, grp->type == cf_grprem);
-    return go::on;
-  }
-
-  bool finish() { return out.finish(); }
+  explicit slot_output(cfprinter *printer) : prn(printer) {}
+  bool empty(cfgroup *grp) { return prn->outempty(prn, grp) >= 0; }
+  bool remark(cfremark *rem) { return prn->outremark(prn, rem) >= 0; }
+  bool grpbeg(cfgroup *grp) { return prn->outgrpbeg(prn, grp) >= 0; }
+  bool grpend(cfgroup *grp) { return prn->outgrpend(prn, grp) >= 0; }
+  bool param(cfparam *par) { return prn->outparam(prn, par) >= 0; }
+  bool finish() { return true; }
 
 private:
   cfprinter *prn;
-  const cfgroup *top;
-  Output out;
-  /// The outermost open group with nothing printed in it yet; all open groups below it are alike.
-  /// Behind such a group the mask stays as it was.
-  const cfgroup *unprinted = nullptr;
-
-  bool _cfpbrk(cfnode *nd) { return !(prn->brk & bit(nd->type)) || out.empty(nd->group); }
 };
 
-template <class Output> bool _cfprint(cfprinter *prn) {
-  printing<Output> visitor(prn);
-  const bool done = walk(prn->top, visitor) != go::stop;
-  return visitor.finish() && done;
-}
+bool slot_printing(cfprinter *prn) { return _cfprint<slot_output>(prn); }
 
 } // namespace
-
-cfprinter *cfprintdfl(cfprinter *prn) {
-  fill(prn->outempty, outempty);
-  fill(prn->outremark, outremark);
-  fill(prn->outgrpbeg, outgrpbeg);
-  fill(prn->outgrpend, outgrpend);
-  fill(prn->outparam, outparam);
-  return prn;
-}
-
-int cfprint(FILE *fd, cfprinter *prn, cfgroup *top, const char *fname) {
-  cfprintdfl(prn);
-  prn->valid = 1;
-  prn->fd = fd;
-  prn->fname = fname;
-  prn->top = top;
-  prn->brk = 0;
-  const bool written = isdefault(prn) ? _cfprint<direct_output>(prn) : _cfprint<slot_output>(prn);
-  if (!written || std::ferror(fd)) {
-    emsg("%s: write error", fname);
-    prn->valid = 0;
-  }
-  return static_cast<signed char>(prn->valid);
-}

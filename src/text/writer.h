@@ -1,4 +1,4 @@
-// Writer: texts gathered in a buffer on their way to a stream.
+// Writer: gathers texts in a buffer on their way to a stream.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -6,10 +6,10 @@
 #include <cstring>
 #include <string_view>
 
-namespace cf {
+namespace cfcore {
 
-/// Gathers what is put and writes it in few large pieces. After a failed write nothing more is
-/// tried. What is put is not written before flush().
+/// Gathers texts and writes them in few large pieces, the last of them in flush(). After a failed
+/// write it writes nothing more.
 class writer {
 public:
   explicit writer(std::FILE *stream) : fd(stream) {}
@@ -40,7 +40,7 @@ public:
   }
 
   bool ok() const { return good; }
-  size_t count() const { return total; } ///< bytes put so far
+  size_t count() const { return total; } ///< bytes put so far, written or not
 
 private:
   std::FILE *fd;
@@ -49,10 +49,15 @@ private:
   size_t total = 0;
   char buf[4096];
 
+  /// fwrite() may return the full count although the stream failed to flush its own buffer; then
+  /// only the stream's error mark shows the failure. A mark that was set before means nothing here.
   void write(std::string_view text) {
-    if (good && !text.empty())
-      good = std::fwrite(text.data(), 1, text.size(), fd) == text.size();
+    if (!good || text.empty())
+      return;
+    const bool marked = std::ferror(fd);
+    good =
+        std::fwrite(text.data(), 1, text.size(), fd) == text.size() && (marked || !std::ferror(fd));
   }
 };
 
-} // namespace cf
+} // namespace cfcore

@@ -9,14 +9,14 @@
 
 namespace {
 
-/// Gives the value to the storage, if there is one; the result is the value's size.
-template <class Value> int give(Value value, void *vval) {
+/// Stores a value, if there is storage. Gives its size.
+template <class Value> int store(Value value, void *vval) {
   if (vval)
     std::memcpy(vval, &value, sizeof value);
   return static_cast<int>(sizeof value);
 }
 
-/// Evaluates a number that takes up the whole text, as `convert(text, end)` reads it.
+/// Evaluates a text that is one number as a whole. `convert(text, end)` reads it.
 template <class Convert> int evnumber(const char *val, void *vval, Convert convert) {
   char *end = nullptr;
   if (!val)
@@ -24,7 +24,7 @@ template <class Convert> int evnumber(const char *val, void *vval, Convert conve
   const auto number = convert(val, &end);
   if (end == val || *end != '\0')
     return -1;
-  return give(number, vval);
+  return store(number, vval);
 }
 
 } // namespace
@@ -32,10 +32,10 @@ template <class Convert> int evnumber(const char *val, void *vval, Convert conve
 int cfevbool(const char *val, void *vval) {
   if (!val)
     return sizeof(char);
-  if (cf::equal(val, "true"))
-    return give(char{1}, vval);
-  if (cf::equal(val, "false"))
-    return give(char{0}, vval);
+  if (cfcore::equal(val, "true"))
+    return store(char{1}, vval);
+  if (cfcore::equal(val, "false"))
+    return store(char{0}, vval);
   return -1;
 }
 

@@ -1,4 +1,4 @@
-// The typed getters: one read each, no test.
+// The typed getters: each reads the value without a test.
 // SPDX-License-Identifier: MIT
 #include "cf.h"
 

@@ -2,17 +2,17 @@
 // SPDX-License-Identifier: MIT
 #include "node/link.h"
 #include "node/memory.h"
-#include "value/buffer.h"
+#include "node/value_buffer.h"
 
 #include <cassert>
 #include <cstring>
 
-using namespace cf;
+using namespace cfcore;
 
 namespace {
 
-/// One try to evaluate into new storage. Unless it is accepted the parameter is afterwards as it
-/// was before, also if the evaluator wrote over the value buffer or left by an exception.
+/// An attempt to evaluate a parameter into new storage. Unless the evaluator accepts the text, the
+/// parameter is unchanged afterwards, even if the evaluator overwrote the value buffer or threw.
 class attempt {
 public:
   attempt(cfparam *subject, size_t size)
@@ -42,16 +42,20 @@ public:
 
 private:
   cfparam *par;
-  bool overwrites; // the former value lies in the value buffer
+  bool overwrites; // the former value is in the value buffer
   void *storage;
   bool accepted = false;
   unsigned char vvalcache[value_buffer_size] = {};
 };
 
-/// The value that a plain parameter is to lose, if it is a block; to be released when nothing names it.
-void *former(cfparam *par) { return owns_value(par) ? const_cast<void *>(par->vval) : nullptr; }
+/// The block that holds the value of a plain parameter, or NULL. The caller replaces the value, and
+/// releases the block when no parameter points at it any more.
+void *former_block(cfparam *par) {
+  return owns_value(par) ? const_cast<void *>(par->vval) : nullptr;
+}
 
-/// What is so already is not written: threads may ask for a value at once that is there.
+/// Sets a value. Skips redundant stores, so that threads that evaluate the same parameter do not
+/// race if its value is there already.
 void setvalue(cfparam *par, cfeval_t eval, const void *vval) {
   if (par->eval == eval && par->vval == vval)
     return;
@@ -59,7 +63,7 @@ void setvalue(cfparam *par, cfeval_t eval, const void *vval) {
   par->vval = vval;
 }
 
-/// Evaluates a plain parameter that has another value or none, which is not released.
+/// Evaluates a plain parameter that has no value of `eval` yet. Does not release its former value.
 bool evaluate(cfparam *par, cfeval_t eval) {
   int size = eval(nullptr, nullptr);
   if (size < 0)
@@ -91,7 +95,7 @@ int cfevalpar(cfparam *par, cfeval_t eval) {
   cfparam *plain = target(par);
   void *block = nullptr;
   if (plain->eval != eval) {
-    block = former(plain);
+    block = former_block(plain);
     if (!evaluate(plain, eval))
       return 0;
   }
@@ -104,7 +108,7 @@ int cfevalpar(cfparam *par, cfeval_t eval) {
 
 cfparam *cfunevalpar(cfparam *par) {
   cfparam *plain = target(par);
-  void *block = former(plain);
+  void *block = former_block(plain);
   for (cfparam *it = par; it != plain; it = aspar(it->link.ref))
     setvalue(it, nullptr, nullptr);
   setvalue(plain, nullptr, nullptr);

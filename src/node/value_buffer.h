@@ -1,21 +1,21 @@
-// The value buffer: the 16 bytes behind the record of a plain parameter, for values that fit.
+// The value buffer: the 16 bytes after the record of a plain parameter, for values that fit.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include "cf.h"
 
-namespace cf {
+namespace cfcore {
 
 inline constexpr size_t value_buffer_size = 16;
 
-// Values in the buffer are as aligned as the block, at least where pointers have 64 bits.
+// The buffer is as aligned as the block itself, at least where pointers have 64 bits.
 static_assert(sizeof(void *) < 8 || sizeof(cfparam) % 16 == 0);
 
 inline void *value_buffer(cfparam *par) { return par + 1; }
 
-/// True if the value of a plain parameter is a block of its own, which ends with the value.
+/// True if the value of a plain parameter is a block of its own, which is released with the value.
 inline bool owns_value(cfparam *par) {
   return par->vval && par->vval != par->val && par->vval != value_buffer(par);
 }
 
-} // namespace cf
+} // namespace cfcore
