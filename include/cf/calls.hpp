@@ -1,0 +1,169 @@
+/// @file calls.hpp
+/// @brief Calls of the core: with messages caught, elements owned, and blocks looked through.
+///
+/// SPDX-License-Identifier: MIT
+#ifndef CF_CALLS_HPP
+#define CF_CALLS_HPP
+
+/// @cond marks
+// The three names that CF_NO_MESSAGES keeps out are for programs that include cf.h themselves.
+#ifdef CF_NO_MESSAGES
+#include "../cf.h"
+#else
+#define CF_NO_MESSAGES
+#include "../cf.h"
+#undef CF_NO_MESSAGES
+#endif
+/// @endcond
+
+#include "diagnostics.hpp"
+#include "text.hpp"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <new>
+
+namespace cf::detail {
+
+/// What the core says while it reads.
+struct reading_faults {
+  std::vector<std::size_t> lines{}; // that it could not make out, in their order
+};
+
+inline thread_local reading_faults *listening = nullptr;
+
+CF_FORMAT inline void hear(const char *format, ...) {
+  const std::string_view message = format;
+  if (!listening || !(message.ends_with(": syntax error") || message.ends_with(": line overflow")))
+    return;
+  va_list args;
+  va_start(args, format);
+  va_arg(args, const char *);
+  const auto line = static_cast<std::size_t>(va_arg(args, long));
+  va_end(args);
+  listening->lines.push_back(line);
+}
+CF_FORMAT inline void ignore(const char *, ...) {}
+[[noreturn]] inline void out_of_memory(const char *) { throw std::bad_alloc(); }
+
+/// While it lives, the thread's messages are caught, and exhausted memory is std::bad_alloc.
+class caught_messages {
+public:
+  explicit caught_messages(reading_faults *faults = nullptr) : outer(listening) {
+    static constexpr struct cfmsgs mine = {hear, ignore, out_of_memory};
+    former = cfmsgs(&mine);
+    listening = faults;
+  }
+  caught_messages(const caught_messages &) = delete;
+  caught_messages &operator=(const caught_messages &) = delete;
+  ~caught_messages() {
+    cfmsgs(&former);
+    listening = outer;
+  }
+
+private:
+  struct cfmsgs former;
+  reading_faults *outer;
+};
+
+/// Deletes an element. A manager that throws has carried out the deletion.
+template <class Element, void (*Delete)(Element *)> void quietly(Element *elem) noexcept {
+  try {
+    Delete(elem);
+  } catch (...) { // NOLINT(bugprone-empty-catch)
+  }
+}
+using owned_group = owned<cfgroup, quietly<cfgroup, cfdelgrp>>;
+using owned_param = owned<cfparam, quietly<cfparam, cfdelpar>>;
+
+inline void close_stream(std::FILE *opened) noexcept { std::fclose(opened); }
+using stream = owned<std::FILE, close_stream>;
+
+inline stream checked(std::FILE *opened) {
+  if (!opened)
+    throw std::bad_alloc(); // a stream over memory fails for no other reason
+  return stream(opened);
+}
+
+// An element and its link are the same pointer.
+inline cfgroup *as_group(cfnode *nd) { return reinterpret_cast<cfgroup *>(nd); }
+inline cfparam *as_param(cfnode *nd) { return reinterpret_cast<cfparam *>(nd); }
+inline const cfgroup *as_group(const cfnode *nd) { return reinterpret_cast<const cfgroup *>(nd); }
+inline const cfparam *as_param(const cfnode *nd) { return reinterpret_cast<const cfparam *>(nd); }
+inline cfremark *as_remark(cfnode *nd) { return reinterpret_cast<cfremark *>(nd); }
+inline const cfremark *as_remark(const cfnode *nd) {
+  return reinterpret_cast<const cfremark *>(nd);
+}
+
+/// The first group or parameter of `owner` from `nd` on, blocks looked through; NULL after the
+/// last.
+inline cfnode *element(const cfgroup *owner, cfnode *nd) {
+  for (;;)
+    switch (nd->type) {
+    case cf_anchor:
+      if (nd->group == owner)
+        return nullptr;
+      nd = nd->group->link.next;
+      break;
+    case cf_group:
+      if (as_group(nd)->type == cf_grpinst)
+        return nd;
+      nd = as_group(nd)->elem.next;
+      break;
+    case cf_remark: nd = nd->next; break;
+    case cf_param: return nd;
+    }
+}
+inline cfnode *first_element(const cfgroup *owner) { return element(owner, owner->elem.next); }
+inline cfnode *next_element(const cfgroup *owner, const cfnode *nd) {
+  return element(owner, nd->next);
+}
+
+/// The first group of `owner` from `nd` on, which may be NULL.
+inline cfgroup *group_from(const cfgroup *owner, cfnode *nd) {
+  while (nd && nd->type != cf_group)
+    nd = next_element(owner, nd);
+  return nd ? as_group(nd) : nullptr;
+}
+
+/// The group that holds an element, blocks looked through; NULL for the top.
+inline cfgroup *parent_of(const cfnode *nd) {
+  cfgroup *grp = nd->group;
+  while (grp && grp->type != cf_grpinst && grp->link.group)
+    grp = grp->link.group;
+  return grp;
+}
+
+/// "category name", or the name alone.
+inline std::string title(const char *category, std::string_view name) {
+  return joined({category, *category && !name.empty() ? " " : "", name});
+}
+
+/// A path, and the name of something below it.
+inline std::string below(std::string path, std::string_view name) {
+  return path.empty() || name.empty() ? path.append(name) : path.append(".").append(name);
+}
+
+/// The path of an element: the titles of the groups around it and its own, with points between
+/// them. Of many groups, only the innermost.
+inline std::string path_of(const cfnode *nd) {
+  constexpr std::size_t most = 20;
+  std::vector<cfnode *> groups;
+  const cfgroup *outer = nd->type == cf_group ? as_group(nd) : parent_of(nd);
+  for (; outer && outer->type == cf_grpinst && groups.size() < most;
+       outer = parent_of(&outer->link))
+    groups.push_back(const_cast<cfnode *>(&outer->link));
+  std::string path(outer && outer->type == cf_grpinst ? ".." : ""); // and a point
+  for (; !groups.empty(); groups.pop_back()) {
+    const cfgroup *grp = as_group(groups.back());
+    path = below(std::move(path), shown(title(grp->cat, grp->name)));
+  }
+  if (nd->type == cf_param)
+    path = below(std::move(path), shown(as_param(nd)->key));
+  return path;
+}
+
+} // namespace cf::detail
+
+#endif

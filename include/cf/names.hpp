@@ -1,0 +1,184 @@
+/// @file names.hpp
+/// @brief A table of names: each found in constant time, whatever names a file chooses.
+///
+/// SPDX-License-Identifier: MIT
+#ifndef CF_NAMES_HPP
+#define CF_NAMES_HPP
+
+#include "text.hpp"
+
+#include <bit>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+namespace cf::detail {
+
+/// The same for texts that are equal without case in any locale. In a Turkish locale of single
+/// bytes, I is the capital of a letter beyond ASCII: so i counts as those do.
+inline unsigned char fold(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  const auto lower = static_cast<unsigned char>(byte | 0x20);
+  return byte >= 0x80 ? 'i' : lower;
+}
+
+inline std::uint64_t hash(std::string_view text, std::uint64_t seed = 0) {
+  std::uint64_t sum = seed ^ 0xcbf29ce484222325;
+  for (const char c : text)
+    sum = (sum ^ fold(c)) * 0x100000001b3;
+  return sum * 0x9e3779b97f4a7c15; // the upper bits choose the bucket
+}
+
+/// A set of hashes, to which one is added in constant time. It may say of a new one that it is
+/// there.
+class hash_set {
+public:
+  /// True if the hash is new.
+  bool insert(std::uint64_t number) {
+    if (2 * used >= slots.size())
+      grow();
+    number |= 1; // 0 is an empty slot
+    std::size_t at = place(number);
+    const bool fresh = slots[at] != number;
+    used += fresh;
+    slots[at] = number;
+    return fresh;
+  }
+
+private:
+  std::vector<std::size_t> slots{}; // a power of 2
+  std::size_t used = 0;
+
+  std::size_t place(std::size_t number) const {
+    std::size_t at = (number >> 20) & (slots.size() - 1);
+    while (slots[at] && slots[at] != number)
+      at = (at + 1) & (slots.size() - 1);
+    return at;
+  }
+  void grow() {
+    std::vector<std::size_t> old(std::max<std::size_t>(2 * slots.size(), 16));
+    old.swap(slots);
+    for (const std::size_t it : old)
+      if (it)
+        slots[place(it)] = it;
+  }
+};
+
+/// Something that is sorted: by a number, then by a second one, a name without case, and its place.
+struct item {
+  std::uint64_t number;
+  std::size_t kind;
+  const char *name;  // borrowed
+  std::size_t place; // where it comes from
+};
+
+inline int compare(const item &one, const item &other) {
+  if (one.number != other.number)
+    return one.number < other.number ? -1 : 1;
+  if (one.kind != other.kind)
+    return one.kind < other.kind ? -1 : 1;
+  return strcasecmp(one.name, other.name);
+}
+
+inline void sort(std::vector<item> &items) {
+  std::sort(items.begin(), items.end(), [](const item &one, const item &other) {
+    const int sign = compare(one, other);
+    return sign ? sign < 0 : one.place < other.place;
+  });
+}
+
+inline constexpr auto everything = static_cast<std::size_t>(-1);
+
+/// The first elements of a list, at most so many, in the order that `key` gives: an item with a
+/// number and a kind for each. Of equal ones the first comes first.
+template <class T, class Key>
+std::vector<T> in_order(std::vector<T> list, std::size_t most, Key key) {
+  std::vector<item> items;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    items.push_back(key(list[i]));
+    items.back().place = i;
+  }
+  sort(items);
+  items.resize(std::min(most, items.size()));
+  std::vector<T> sorted;
+  sorted.reserve(items.size());
+  for (const item &it : items)
+    sorted.push_back(std::move(list[it.place]));
+  return sorted;
+}
+
+/// Names in the order of their hashes, with a directory of where each bucket begins. Names that
+/// were chosen to collide are in alphabetical order within their bucket: they cost a logarithm.
+class name_table {
+public:
+  static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
+  void reserve(std::size_t count) { items.reserve(count); }
+  void add(const char *name, std::size_t place, std::size_t kind = 0) {
+    items.push_back({hash(name, kind), kind, name, place});
+  }
+  void clear() { items.clear(); }
+
+  /// Sorts what was added; of equal names the first place comes first.
+  void sort() { detail::sort(items); }
+
+  /// Calls `twice(again, first)` with the items of each name that comes again, after sort().
+  template <class Twice> void repeated(Twice twice) const {
+    for (std::size_t i = 1, first = 0; i < items.size(); ++i)
+      if (compare(items[first], items[i]) == 0)
+        twice(items[i], items[first]);
+      else
+        first = i;
+  }
+
+  /// Makes the directory, after sort().
+  void index() {
+    shift = 64 - static_cast<int>(std::bit_width(items.size() | 1));
+    starts.assign((std::size_t{1} << (64 - shift)) + 1, 0);
+    for (const item &it : items)
+      ++starts[bucket(it.number) + 1];
+    for (std::size_t i = 1; i < starts.size(); ++i)
+      starts[i] += starts[i - 1];
+  }
+
+  /// The first place of a name, or `none`. After index().
+  std::size_t find(std::string_view name, std::size_t kind = 0) const {
+    if (items.empty())
+      return none;
+    const std::uint64_t sum = hash(name, kind);
+    const item *low = items.data() + starts[bucket(sum)];
+    const item *const end = items.data() + starts[bucket(sum) + 1];
+    for (const item *high = end; low < high;) {
+      const item *middle = low + (high - low) / 2;
+      if (side(*middle, sum, kind, name) < 0)
+        low = middle + 1;
+      else
+        high = middle;
+    }
+    return low != end && side(*low, sum, kind, name) == 0 ? low->place : none;
+  }
+
+  /// What was added; after sort() in an order that any two tables share.
+  const std::vector<item> &all() const { return items; }
+
+private:
+  std::size_t bucket(std::uint64_t number) const {
+    return static_cast<std::size_t>(number >> shift);
+  }
+
+  std::vector<item> items{};
+  std::vector<std::size_t> starts{};
+  int shift = 63;
+
+  static int side(const item &it, std::uint64_t sum, std::size_t kind, std::string_view name) {
+    if (it.number != sum)
+      return it.number < sum ? -1 : 1;
+    if (it.kind != kind)
+      return it.kind < kind ? -1 : 1;
+    return detail::compare(it.name, name);
+  }
+};
+
+} // namespace cf::detail
+
+#endif
