@@ -1,206 +1,177 @@
-// catalog_test: catalogs made, searched and stacked; and sizes that no stack carries.
+// Catalogs: their shape, and edits through them by example.
 // SPDX-License-Identifier: MIT
 #include "kit.h"
 
-#include <array>
-#include <cstdlib>
 #include <gtest/gtest.h>
+#include <map>
+#include <sstream>
 
 namespace {
 
 using std::string;
 
-/// A node as its texts: "cat:", "name/" and "key=" of levels, "*" before those of a reference.
-string text(cfnode *nd) {
-  if (const cfparam *par = cfpar(nd))
-    return (nd->ref ? "*" : "") + string(par->key) + '=' + par->val;
-  const cfgroup *grp = cfgrp(nd);
-  return !grp                       ? "-"
-         : grp->type == cf_grpval   ? string(grp->name) + '='
-         : grp->type != cf_grpcat   ? (nd->ref ? "*" : "") + string(grp->cat) + ' ' + grp->name
-         : *grp->cat || !*grp->name ? string(grp->cat) + ':'
-                                    : string(grp->name) + '/';
-}
+string shape(const cfgroup *grp) { return kit::dump(grp, false); }
 
-/// What a group holds, as texts.
-string shape(cfgroup *grp) {
-  string all;
-  for (cfnode *it = cfiterator(grp); !cfend(it); cfnext(&it))
-    all += (all.empty() ? "" : ", ") + text(it) +
-           (cfgrp(it) && !cfempty(cfgrp(it)) ? '(' + shape(cfgrp(it)) + ')' : "");
-  return all;
-}
+const char *const worked = "# r\nh a {\np = 1\n# s\np = 2\nd {\nq = 3\n}\n}\nh b {\n}\nt = 4\n";
 
 TEST(Catalog, HasItsShape) {
   const std::pair<const char *, const char *> rows[] = {
-      {"# primary\nhost alpha {\nport = 1\n# secondary port\nport = 2\ndisk {\nsize = 9\n}\n}\n"
-       "host beta {\nport = 3\n}\nhost Alpha {\n}\nmisc {\n}\ntitle = demo\n",
-       "host:(alpha/(*host alpha(port=(*port=1, *port=2), disk/(* disk(size=(*size=9)))), "
-       "*host Alpha), beta/(*host beta(port=(*port=3)))), misc/(* misc), title=(*title=demo)"},
-      {"", ""},
-      {"# a\n\n# b\n", ""},
-      {"host host {\n}\nhost {\n}\nhost = 1\n",
-       "host:(host/(*host host)), host/(* host), host=(*host=1)"},
+      {worked, "*::(h:(a/(*h.a(p=(*p=1, *p=2), d/(*.d(q=(*q=3))))), b/(*h.b)), t=(*t=4))"},
+      {"h h {\n}\nh {\n}\nh = 1\n", "*::(h:(h/(*h.h)), h/(*.h), h=(*h=1))"},
       {"h a {\nk = 1\n}\nH A {\nK = 2\n}\nk = 3\n# r\nk = 4\n",
-       "h:(a/(*h a(k=(*k=1)), *H A(K=(*K=2)))), k=(*k=3, *k=4)"}};
+       "*::(h:(a/(*h.a(k=(*k=1)), *H.A(K=(*K=2)))), k=(*k=3, *k=4))"}};
   for (const auto &[file, wanted] : rows) {
-    const kit::tree top(kit::read(file).top);
-    const string before = kit::dump(top.get());
-    const kit::tree root(cfcatalog(top.get())), upper(cfcatalog(root.get()));
+    const kit::tree top(kit::read(file).top), root(cfcatalog(top.get()));
+    const kit::tree upper(cfcatalog(root.get()));
     EXPECT_EQ(shape(root.get()), wanted);
     EXPECT_EQ(shape(upper.get()), wanted);
-    EXPECT_EQ(kit::dump(top.get()), before);
-    kit::checkcatalog(upper.get());
   }
-  std::mt19937 rng(7);
-  for (int n = 0; n < 300; ++n) {
-    const kit::tree top(kit::read(kit::random_file(rng)).top), root(cfcatalog(top.get()));
-    const kit::tree upper(cfcatalog(root.get()));
-    kit::checkcatalog(upper.get());
-  }
-}
-
-TEST(Catalog, HasAPlaceForWhatNoFileGives) {
   const kit::tree top(kit::read("a {\nb = 2\n}\nh b {\n}\nk = 1\n").top);
-  for (const char *cat : {"", "h", "x"})
+  for (const char *cat : {"", "h", "x"}) // what no file gives
     cfaddgrp(top.get(), cfnewgrp(cat, "", cf_grpinst, 1));
   cfaddrem(cfaddpar(top.get(), cfnewpar("", "v", 1)), cfnewrem("", 1));
-  const kit::tree root(cfcatalog(top.get()));
+  const kit::tree root(cfcatalog(top.get())), part(cfcatalog(cfgrp(top->elem.next)));
   EXPECT_EQ(shape(root.get()),
-            "a/(* a(b=(*b=2)), * ), h:(b/(*h b, *h )), k=(*k=1, *=v), x:(:(*x ))");
-  kit::checkcatalog(root.get());
-  const kit::tree part(cfcatalog(cfcatgetgrp(top.get(), "", "a"))); // an instance is its own source
-  EXPECT_EQ(text(&part->link) + '(' + shape(part.get()) + ')', "* a(b=(*b=2))");
-  EXPECT_EQ(cfcatgetgrp(part.get(), "", "a"), nullptr);
+            "*::(a/(*.a(b=(*b=2)), *.), h:(b/(*h.b, *h.)), k=(*k=1, *=v), x:(:(*x.)))");
+  EXPECT_EQ(shape(part.get()), "*.a(b=(*b=2))") << "an instance is its own source";
 }
 
-TEST(Lookup, FindsOnCatalogAndTree) {
-  const char *const files[] = {
-      "label = demo\nlabel = other\nhost alpha {\nport = 1\n}\nhost beta {\nport = 2\n}\n"
-      "misc {\nlevel = 3\n}\n",
-      "# one\nlabel = demo\n# two\nlabel = other\nlabel = third\nlast =\nhost a {\n}\n"
-      "# r\na {\n}\nhost A {\nx = 1\n}\n# r\nend b {\n}\n",
-      "", "h x {\n}\ng a {\n}\nh a {\n}\n"};
-  const struct {
-    int file;
-    bool group;
-    const char *first, *second, *catalog, *tree;
-  } rows[] = {{0, true, "host", "beta", "*host beta", "host beta"},
-              {0, true, "HOST", "BETA", "*host beta", "host beta"},
-              {0, true, "host", nullptr, "host:", "-"},
-              {0, true, "host", "", "host:", "-"},
-              {0, true, nullptr, "misc", "* misc", " misc"},
-              {0, true, "", "alpha", "-", "host alpha"},
-              {0, true, nullptr, nullptr, "*host alpha", "host alpha"},
-              {0, true, "host", "gamma", "-", "-"},
-              {0, false, "label", nullptr, "*label=demo", "label=demo"},
-              {0, false, "LABEL", "OTHER", "*label=other", "label=other"},
-              {0, false, "label", "none", "-", "-"},
-              {0, false, "label", "", "-", "-"},
-              {0, false, nullptr, nullptr, "*label=demo", "label=demo"},
-              {0, false, "port", nullptr, "-", "-"},
-              {1, false, "label", "demo", "*label=demo", "label=demo"},
-              {1, false, "label", "third", "*label=third", "label=third"},
-              {1, false, "label", "other", "*label=other", "-"}, // the tree's second block
-              {1, false, "last", "", "*last=", "last="},
-              {1, false, "", "third", "*label=third", "label=third"},
-              {1, false, "", "", "-", "last="}, // the catalog's first level alone
-              {1, true, "", "a", "* a", "host a"},
-              {1, true, "host", "a", "*host a", "host a"},
-              {1, true, "end", "b", "*end b", "end b"}, // in a block
-              {2, true, "a", "b", "-", "-"},
-              {2, true, "", "", "-", "-"},
-              {2, false, "", nullptr, "-", "-"},
-              {3, true, "h", "a", "*h a", "h a"}};
-  for (const auto &[file, group, first, second, catalog, tree] : rows) {
-    const kit::tree top(kit::read(files[file]).top), root(cfcatalog(top.get()));
-    const auto find = [&, by = group, a = first, b = second](const kit::tree &grp) {
-      cfgroup *const hit = by ? cfcatgetgrp(grp.get(), a, b) : nullptr;
-      cfparam *const par = by ? nullptr : cfcatgetpar(grp.get(), a, b);
-      return text(hit ? &hit->link : par ? &par->link : nullptr);
-    };
-    EXPECT_EQ(find(root), catalog) << first << ' ' << second;
-    EXPECT_EQ(find(top), tree) << first << ' ' << second;
+using edit = cfnode *(*)(cfnode *, cfnode *);
+const std::map<string, edit> edits = {
+    {"addgrp", [](cfnode *c, cfnode *e) { return &cfcataddgrp(cfgrp(c), cfgrp(e))->link; }},
+    {"addpar", [](cfnode *c, cfnode *e) { return &cfcataddpar(cfgrp(c), cfpar(e))->link; }},
+    {"setgrp", [](cfnode *c, cfnode *e) { return &cfcatsetgrp(cfgrp(c), cfgrp(e))->link; }},
+    {"setpar", [](cfnode *c, cfnode *e) { return &cfcatsetpar(cfgrp(c), cfpar(e))->link; }},
+    {"xcg", cfcatxcgnd},
+    {"clr", [](cfnode *c, cfnode *) { return &cfcatclrgrp(cfgrp(c))->link; }},
+    {"del", [](cfnode *c, cfnode *) {
+       cfgrp(c) ? cfcatdelgrp(cfgrp(c)) : cfpar(c) ? cfcatdelpar(cfpar(c)) : cfcatdelnd(c);
+       return c;
+     }}};
+
+// Calls on the tree of `worked` and its catalog: the new element (a file, "/" for line ends, or the
+// word of an element that is there); the result; what is in tree or catalog then; what is released.
+const struct {
+  const char *call, *at, *elem, *result, *held, *released;
+} examples[] = {
+    {"addpar", "p=", "o = 5", "*o=5", "q=3), o=5);d/(*.d(q=(*q=3))), o=(*o=5))", ""},
+    {"addgrp", "a/", "h c {/p = 6/}", "*h.c", "b/(*h.b), c/(*h.c(p=(*p=6))))", ""},
+    {"addgrp", "b/", "g x {/}", "*g.x", "t=(*t=4), g:(x/(*g.x))", ""},
+    {"addgrp", "d/", "x {/}", "*.x", "d/(*.d(q=(*q=3))), x/(*.x))", ""},
+    {"addgrp", "*::", "# s/h c {/k = 8/}", "*::", "t=4, [h.c];c/(*h.c(k=(*k=8)))", ""},
+    {"addpar", "a/", "x = 7", "x=7", "q=3)))), x=7)", ""},
+    {"addgrp", "p=", "x {/}", ".x", "*p=2, .x)", ""},
+    {"addgrp", "*h.a", "h.b", "*h.b", "q=3), h.b)), t=4;h:(b/(*h.b))", ""},
+    {"setpar", "*h.a", "P = 9", "*P=9", "(P=9, [p=];p=(*P=9, *p=2)", "p=1"},
+    {"setpar", "*h.a", "*p=1", "*p=1", "(p=1, [p=];p=(*p=1, *p=2)", ""},
+    {"setgrp", "*::", "H A {/x = 1/}", "*H.A", "[h.a]([#](#r), H.A(x=1)), h.b;a/(*H.A(x=(*x=1)))",
+     "q=3 .d p=2 #s [#] [p=] p=1 h.a *q=3 q= *.d d/ *p=2 *p=1 p="},
+    {"setgrp", "*::", "b {/}", "*.b", "t=(*t=4), b/(*.b)", ""},
+    {"setpar", "h:", "x = 1", "x=1", "b/(*h.b), x=1)", ""},
+    {"xcg", "*p=2", "o = 2", "*o=2", "[p=]([#](#s), o=2);p=(*p=1, *o=2)", "p=2"},
+    {"xcg", "*h.a", ".d", "*.d", "[h.a]([#](#r), .d(q=3)), h.b;a/(*.d(q=(*q=3))), b/",
+     "p=2 #s [#] [p=] p=1 h.a *q=3 q= *.d d/ *p=2 *p=1 p="},
+    {"xcg", "*h.a", "h.a", "*h.a", "", "*q=3 q= *.d d/ *p=2 *p=1 p="},
+    {"xcg", "b/", "g {/}", ".g", "h.b, t=4;.g), t=", "*h.b b/"},
+    {"xcg", "*::", "g {/z = 1/}", "*.g", "",
+     "t=4 h.b q=3 .d p=2 #s [#] [p=] p=1 h.a #r [#] [h.a] :: *t=4 t= *h.b b/ *q=3 q= *.d d/ *p=2 "
+     "*p=1 p= *h.a a/ h:"},
+    {"xcg", "*p=1", "g {/}", "none", "", ""},
+    {"del", "*p=2", "", "", "h.a(p=1, .d;p=(*p=1), d/", "*p=2 [#] #s [p=] p=2"},
+    {"del", "*t=4", "", "", "h.b;b/(*h.b)), t=", "*t=4 t=4"},
+    {"del", "*h.a", "", "", "h.b, t=4;h:(a/, b/(*h.b))",
+     "*q=3 q=3 q= *.d .d d/ *p=2 p=2 *p=1 p=1 p= *h.a [#] #r [h.a] [p=] [#] #s h.a"},
+    {"clr", "*h.a", "", "*h.a", "[h.a]([#](#r), h.a), h.b;a/(*h.a), b/",
+     "*q=3 q=3 q= *.d .d d/ *p=2 [#] #s [p=] p=2 *p=1 p=1 p="},
+    {"clr", "*::", "", "*::", "; ",
+     "*t=4 t=4 t= *h.b h.b b/ *q=3 q=3 q= *.d .d d/ *p=2 p=2 *p=1 p=1 p= *h.a [#] #r [h.a] [p=] "
+     "[#] #s h.a a/ h:"},
+    {"del", "*::", "", "", "",
+     "*t=4 t=4 t= *h.b h.b b/ *q=3 q=3 q= *.d .d d/ *p=2 p=2 *p=1 p=1 p= *h.a h.a a/ h: *:: [h.a] "
+     "[p=] [#] #s [#] #r ::"},
+    {"del", "#r", "", "", "[h.a](h.a(", "[#] #r"},
+    {"del", "h.a", "", "", "h.b, t=4;", "[#] #r [h.a] q=3 .d [p=] p=2 [#] #s p=1 h.a"},
+    {"clr", "[p=]", "", "[p=]", "p=1, [p=], .d", "p=2 [#] #s"},
+    {"clr", "[#]", "", "[#]", "[h.a]([#], h.a", "#r"}};
+
+TEST(Edit, DoesAsTheExamples) {
+  for (const auto &[call, at, elem, result, held, released] : examples) {
+    SCOPED_TRACE(call + string(" ") + at + ", " + elem);
+    kit::meter memory;
+    string file = elem;
+    for (char &c : file)
+      c = c == '/' ? '\n' : c;
+    const kit::tree added(kit::read(file).top);
+    kit::said();
+    cfgroup *top = kit::read(worked).top, *root = cfcatalog(top);
+    std::map<const void *, string> words;
+    std::map<string, cfnode *> nodes;
+    for (const cfgroup *grp : {top, root})
+      for (cfnode *nd : kit::nodes(&grp->link))
+        nodes.emplace(words[nd] = kit::word(nd), nd);
+    cfnode *e = nodes.contains(elem) ? nodes[elem] : added->elem.next;
+    cfnode *got = edits.at(call)(nodes.at(at), e);
+    EXPECT_EQ(!*result ? "" : got ? kit::word(got) : "none", result);
+    string gone;
+    for (const void *block : memory.released)
+      if (words.contains(block))
+        gone += (gone.empty() ? "" : " ") + words[block];
+    EXPECT_EQ(gone, released);
+    const string all =
+        memory.alive(root) && memory.alive(top) ? shape(top) + "; " + shape(root) : "";
+    std::istringstream parts(held);
+    for (string part; std::getline(parts, part, ';');)
+      EXPECT_NE(all.find(part), string::npos) << part << "\n" << all;
+    for (cfgroup *grp : {root, top})
+      if (memory.alive(grp))
+        cfdelgrp(grp);
+    if (e != &added->elem && memory.alive(e) && !e->group)
+      cfdelnd(e);
   }
 }
 
-// A manager that only counts, so that much can be made.
-size_t made, live;
-void *make(size_t size) { return ++made, ++live, std::malloc(size); }
-void drop(void *block) { --live, std::free(block); }
-
-/// Deletes a node, after which so many blocks stay; and then the rest.
-void deletes(cfgroup *root, cfnode *nd, size_t stay) {
-  const size_t before = made;
-  cfcatdelnd(nd);
-  EXPECT_EQ(live, stay);
-  if (stay > 0)
-    cfcatdelgrp(root);
-  EXPECT_EQ(live, 0U);
-  EXPECT_EQ(made, before) << "a deletion allocates";
+TEST(Edit, TakesWhatNoCatalogHolds) {
+  const kit::meter memory;
+  const kit::tree top(cfaddrem(cfnewgrp("", "", cf_grptop, -1), cfnewrem("old", 1)));
+  cfremark *ref = cfnewrem("", 0), *nd = cfnewrem("new", 2);
+  cfinitrefnd(&ref->link, top->elem.next, nullptr);
+  EXPECT_EQ(cfcatxcgnd(&ref->link, &nd->link), &ref->link);
+  EXPECT_TRUE(ref->link.ref == &nd->link && ref->row == 2 && ref->txt == nd->txt);
+  EXPECT_EQ(shape(top.get()), "::(#new)");
+  cfdelrem(ref);
+  cfgroup *level = cfnewgrp("", "l", cf_grpcat, 1); // the way up from it leads through it
+  cfaddgrp(top.get(), cfaddgrp(cfnewgrp("", "g", cf_grpinst, 1), level));
+  const kit::tree root(cfcatalog(level));
+  EXPECT_EQ(cfcataddgrp(root.get(), level), root.get());
+  EXPECT_EQ(shape(top.get()), "::(#new, .g(l/))");
+  const kit::tree tree(kit::read("h a {\n}\n").top), lower(cfcatalog(tree.get()));
+  level = cfgrp(lower->elem.next);
+  const kit::tree upper(cfcatalog(level));
+  EXPECT_EQ(cfcataddgrp(upper.get(), level), upper.get());
+  EXPECT_TRUE(tree->elem.prev == &level->link && cfcatgetgrp(lower.get(), "h", "a"));
 }
 
-/// Copies, compares and checks a million groups, each in the last.
-void usesdeep(cfgroup *top, cfgroup *root) {
-  const kit::tree copy(cfdupgrp(top));
-  cfdiff diff{nullptr, nullptr, cf_diffrem, 1};
-  EXPECT_EQ(cfdiffnd(cfdiffdfl(&diff), &copy->link, &root->link), 0);
-  cfparser parser{};
-  parser.scopedef = [](const char *) {
-    static cfscope record = {"", cfevint, 0};
-    return &record;
-  };
-  EXPECT_EQ(cfparse(&parser, root, "mem"), 0);
-  const string said = kit::said(), all = "::int: value expression error\n";
-  EXPECT_EQ(said.substr(0, 12), "E mem/::g.g.");
-  EXPECT_EQ(said.size(), 6 + 2'000'000 + all.size());
-}
-
-void chained() {
-  cfgroup *top = kit::read("a = 1\ng {\nb = 2\n}\nc = 3\n").top, *root = top;
-  for (int n = 0; n < 100; ++n)
-    root = cfcatalog(root);
-  cfgroup *g = cfcatgetgrp(root, "", "g");
-  const cfparam *b = cfcatgetpar(g, "b", nullptr);
-  EXPECT_EQ(cfcatsetpar(g, cfnewpar(b->key, b->val, 1)), b); // of the texts of what it replaces
-  EXPECT_EQ(cfevalpar(cfcatgetpar(g, b->key, b->val), cfevint) ? cfint(b) : 0, 2);
-  cfcatsetgrp(root, cfaddpar(cfnewgrp("", "G", cf_grpinst, 1), cfnewpar("d", "5", 1)));
-  cfcataddpar(cfcatgetgrp(root, "", "g"), cfnewpar("d", "6", 1));
-  cfcatdelpar(cfcatgetpar(root, "a", nullptr));
-  cfcatdelpar(cfcatgetpar(root, "c", nullptr));
-  EXPECT_EQ(cfcatgetpar(root, "c", nullptr), nullptr) << "its level has run empty";
-  cfcataddpar(root, cfnewpar("C", "7", 1));
-  EXPECT_EQ(shape(root), "a=, g/(* G(d=(*d=5, *d=6))), c=(*C=7)");
-  EXPECT_EQ(kit::print(top), "G {\n  d = 5\n  d = 6\n}\nC = 7\n");
-  kit::checkcatalog(root);
-  deletes(root, &root->link, 0);
-}
-
-TEST(Size, OfAnyKindFitsASmallStack) {
-  const struct cfmmgr counting = {make, drop}, former = cfmmgr(&counting);
-  for (int way = 0; way < 5; ++way)
-    kit::on_small_stack([way] {
-      cfgroup *top = cfnewgrp("", "", cf_grptop, -1), *at = top;
-      if (way < 3) { // a million groups, each in the last
-        for (int n = 0; n < 1'000'000; ++n)
-          at = cfgrp(cfaddgrp(at, cfnewgrp("", "g", cf_grpinst, -1))->elem.next);
-        cfaddpar(at, cfnewpar("int", "x", -1));
-      } else { // a million remarks above a parameter
-        at = cfnewgrp("", "", cf_grprem, 1);
-        cfaddgrp(top,
-                 cfaddpar(cfaddgrp(cfnewgrp("", "k", cf_grppar, 1), at), cfnewpar("k", "", 1)));
-        for (int n = 0; n < 1'000'000; ++n)
-          cfaddrem(at, cfnewrem("", n));
-      }
-      cfgroup *root = cfcatalog(top), *level = cfgrp(root->elem.next);
-      if (way == 0)
-        usesdeep(top, root);
-      cfnode *const nodes[] = {&root->link, &level->link, level->elem.next, level->elem.next,
-                               at->elem.next};
-      deletes(root, nodes[way], std::array{0U, 2U, 3U, 3U, 6U}[static_cast<size_t>(way)]);
-    });
-  kit::on_small_stack(chained);
-  cfmmgr(&former);
+TEST(Edit, ThroughStackedCatalogs) {
+  const kit::meter memory;
+  cfgroup *top = kit::read("k = 1\nl = 2\nb = 3").top, *lower = cfcatalog(top),
+          *upper = cfcatalog(lower);
+  // A reference on the way to the target is in place already, however often that is asked for.
+  cfparam *k = cfcatgetpar(lower, "k", nullptr), *ref = cfcatgetpar(upper, "k", nullptr);
+  for (int n = 0; n < 2; ++n) {
+    EXPECT_EQ(cfcatxcgnd(&ref->link, &k->link), &ref->link);
+    EXPECT_TRUE(ref->link.ref == &k->link && k->link.ref == top->elem.next);
+    EXPECT_EQ(cfcatsetpar(upper, ref), ref);
+  }
+  cfcatdelpar(ref);
+  EXPECT_EQ(shape(top), "::(l=2, b=3)");
+  EXPECT_EQ(shape(upper), "*::(k=, l=(*l=2), b=(*b=3))");
+  cfcataddpar(upper, cfnewpar("K", "4", 1));
+  EXPECT_EQ(shape(lower), "*::(k=(*K=4), l=(*l=2), b=(*b=3))") << "the empty level serves again";
+  // Of a group that is no instance all is filed in each catalog, in the order of the tree.
+  cfgroup *block = cfaddpar(cfnewgrp("", "", cf_grppar, 1), cfnewpar("b", "5", 1));
+  EXPECT_EQ(cfcataddgrp(upper, cfaddpar(block, cfnewpar("b", "6", 1))), upper);
+  EXPECT_EQ(shape(upper), "*::(k=(*K=4), l=(*l=2), b=(*b=3, *b=5, *b=6))");
+  cfcatdelgrp(upper);
 }
 
 } // namespace

@@ -1,29 +1,40 @@
-// Kit of the tests: trees as text, streams in memory, a suspicious memory manager, invariants.
+// Kit of the tests and the fuzz targets: trees as text, streams in memory, a strict memory manager,
+// records of slots.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include "cf.h"
 
+#include <csetjmp>
 #include <cstdio>
 #include <functional>
 #include <memory>
-#include <random>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace kit {
 
-struct released {
+/// Throws std::logic_error unless a promise is kept.
+void need(bool kept, const char *promise);
+
+struct deleter {
   void operator()(cfgroup *grp) const { cfdelgrp(grp); }
 };
-using tree = std::unique_ptr<cfgroup, released>;
+using tree = std::unique_ptr<cfgroup, deleter>;
 
-/// A tree as text, an element a line, indented by depth: kind, row (unless left out), texts,
-/// "evaluated", and for a reference the kinds and rows along its chain of targets.
-std::string dump(const cfgroup *top, bool rows = true);
+/// An element and all below it, a group before what it holds. All links on the way must be whole.
+std::vector<cfnode *> nodes(const cfnode *top);
+/// An element as a word: "#text", "key=value", "cat.name"; "::" of a root; "[cat.name]", "[key=]"
+/// and "[#]" of blocks; "cat:", "name/" and "key=" of levels; "*" before that of a reference.
+std::string word(cfnode *nd);
+/// An element as a word, with its row if asked, "!" if it has a value, and what it holds.
+std::string dump(const cfnode *top, bool rows = true);
+inline std::string dump(const cfgroup *top, bool rows = true) { return dump(&top->link, rows); }
 
-/// Messages since the last call, one a line: "E text" of an error, "W text" of a warning.
+/// The messages of this thread since the last call, one a line: "E text" or "W text".
 std::string said();
 
 struct reading {
@@ -32,66 +43,86 @@ struct reading {
   long nrow;
   std::string said;
 };
-reading read(std::string_view bytes, const char *fname = "cfg", cflexer *lex = nullptr);
-
-/// What cfprint() writes. Without a `prn` to ask, success is expected.
+reading read(std::string_view bytes, cflexer *lex = nullptr);
+/// What cfprint() writes. Without a `prn` it must succeed.
 std::string print(cfgroup *top, cfprinter *prn = nullptr);
 
 using stream = std::unique_ptr<FILE, int (*)(FILE *)>;
 constexpr size_t never = static_cast<size_t>(-1);
-/// A stream of `bytes`, which are borrowed, that fails, once, before it gives byte number `broken`.
+/// A stream of `bytes`, which are borrowed. It fails once, before it gives byte number `broken`.
 stream source(std::string_view bytes, size_t broken = never);
-/// A stream that appends to `out` and fails, once, when there would be more than `room` bytes in it.
+/// A stream that appends to `out`. It fails once, when there would be more than `room` bytes in it.
 stream sink(std::string &out, size_t room = never);
 
-/// What the metered manager throws.
-struct out {};
+/// What a call out of the library throws when its turn has come.
+struct thrown {};
 
-/// Installs a memory manager that counts, spoils fresh and freed blocks, and guards their ends.
+/// A memory manager while it lives. It fills new and released blocks, guards their ends, and keeps
+/// them until its end, so no address is used twice. At its end nothing may be live.
 class meter {
 public:
+  size_t live = 0;              ///< blocks
+  std::vector<size_t> sizes;    ///< of all allocations
+  std::vector<void *> released; ///< in their order
+
+  size_t countdown = 0; ///< until a call out throws: an allocation, a release, a message, or
+                        ///< a function that calls called(); 0: none does
+  bool always = false;  ///< all calls after that one throw too
+  std::jmp_buf *jump = nullptr; ///< where to jump instead
+
   meter();
-  ~meter(); ///< restores the former manager and expects that nothing is live
+  ~meter() noexcept(false);
   meter(const meter &) = delete;
   meter &operator=(const meter &) = delete;
 
-  size_t live() const { return live_; }
-  const std::vector<size_t> &sizes() const { return sizes_; }          ///< of all allocations
-  const std::vector<const void *> &released() const { return freed_; } ///< in their order
-  /// Of the allocations from now on, the n-th throws `out`; 0: none.
-  void leave_at(size_t n) { leave_ = n; }
-  void leave_releasing(bool on) { leave_releasing_ = on; } ///< releases each block and then throws
-  /// Calls `task` with its first allocation throwing, its second... until it ends by itself, and each
-  /// time `after`. What was made must be released then. Gives the number of allocations of `task`.
-  size_t leave_at_each(const std::function<void()> &task, const std::function<void()> &after = {});
+  static bool alive(const void *block); ///< of a block that this manager gave
+  static void called();                 ///< in each function that the library calls
 
 private:
-  struct cfmmgr former_;
-  meter *outer_;
-  size_t live_ = 0, leave_ = 0;
-  bool leave_releasing_ = false;
-  std::vector<size_t> sizes_;
-  std::vector<const void *> freed_;
+  struct cfmmgr former;
+  std::vector<void *> given;
   static meter *current;
   static void *allocate(size_t size);
   static void release(void *block);
 };
 
-/// Expects whole rings: links that agree both ways, parents, anchors, texts.
-void checktree(const cfgroup *top);
-/// Expects all that holds of a catalog over its source, and of the catalogs under it.
-void checkcatalog(cfgroup *root);
+/// A record whose slots, all or only one, call the defaults.
+template <class Record> struct asking : Record {
+  Record dfl{};
+  size_t calls = 0;
+  /// What a slot answers; a scanner, which is to answer 1, gives NULL instead of 0 or less.
+  std::function<int(int)> answer = [](int it) { return it; };
 
-/// Runs `f` on a thread with a stack of 256 KiB; an exception comes out here.
+  explicit asking(int only = -1) : Record{} {
+    if constexpr (std::is_same_v<Record, cflexer>) {
+      cflexdfl(&dfl);
+      wrap<&Record::isempty, &Record::isremark, &Record::isgrpbeg, &Record::isgrpend,
+           &Record::isparam, &Record::scanrem, &Record::scangrp, &Record::scanpar>(only);
+    } else {
+      cfprintdfl(&dfl);
+      wrap<&Record::outempty, &Record::outremark, &Record::outgrpbeg, &Record::outgrpend,
+           &Record::outparam>(only);
+    }
+  }
+
+private:
+  template <auto... Slots> void wrap(int only, int slot = 0) {
+    ((only < 0 || only == slot++ ? void(this->*Slots = through<Slots>) : void()), ...);
+  }
+  template <auto Slot, class... Args> static auto through(Record *record, Args... args) {
+    auto *it = static_cast<asking *>(record);
+    ++it->calls;
+    meter::called();
+    auto result = (it->dfl.*Slot)(record, args...);
+    if constexpr (std::is_same_v<decltype(result), int>)
+      return it->answer(result);
+    else if (it->answer(1) <= 0)
+      cfdelnd(&std::exchange(result, nullptr)->link);
+    return result;
+  }
+};
+
+/// Runs `f` on a thread with a stack of 256 KiB; an exception is passed on.
 void on_small_stack(const std::function<void()> &f);
-
-/// The bytes of a file of the folder data.
-std::string data(const char *name);
-
-/// How many random rounds: what CF_ROUNDS in the environment asks for, else `usual`.
-unsigned long rounds(unsigned long usual);
-
-/// A file without a fault, of all kinds of line and layout, that still fits when printed.
-std::string random_file(std::mt19937 &rng);
 
 } // namespace kit
