@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""ctypes_reader: a file's parameters in Python, over the shared library alone.
+"""ctypes_reader: reads the parameters of a file in Python, through the shared library.
 
 Use: ctypes_reader.py LIBRARY FILE
 SPDX-License-Identifier: MIT
@@ -85,7 +85,7 @@ def load(library):
 
 #! [walk]
 def value(cf, par):
-    """The value as what it looks like: a number, a truth value, a text."""
+    """The value, of the first type that accepts its text: a number, a truth value, a text."""
     kinds = [
         (cf.cfevintx, cf.cfintx),
         (cf.cfevflt, cf.cfflt),
@@ -110,7 +110,7 @@ def path(par):
 
 
 def parameters(cf, top):
-    """All parameters of a tree, in order; neither recursion nor a stack, for lists end in anchors."""
+    """All parameters of a tree, in order. Lists end in anchors, so it takes no recursion."""
     it = cf.cfiterator(top)
     while True:
         if cf.cfend(it):

@@ -1,16 +1,18 @@
-// format: reads standard input and prints it normalised; a file that is already so comes out alike.
+// format: prints standard input in the uniform layout; a file that has it already does not change.
 // SPDX-License-Identifier: MIT
-#include "tree.h"
+#include <cf.hpp>
+#include <iostream>
+#include <iterator>
+#include <string>
 
-#include <cstdio>
-
-//! [main]
-int main() {
-  const tree top = readstream(stdin, "standard input");
-  if (!top)
-    return 1; // nothing is written of what has a fault
-  cfprinter prn{};
-  const bool printed = cfprint(stdout, &prn, top.get(), "standard output");
-  return printed && std::fclose(stdout) == 0 ? 0 : 1; // what only a flush shows counts too
+int main() try {
+  const std::string text(std::istreambuf_iterator<char>(std::cin), {});
+  cf::options options;
+  options.name = "standard input";
+  std::cout << cf::parse(text, options) << std::flush;
+  return std::cout ? 0 : 1;
+} catch (const cf::error &e) { // nothing is printed of a file with a fault
+  for (const cf::diagnostic &d : e.diagnostics())
+    std::cerr << d << '\n';
+  return 1;
 }
-//! [main]

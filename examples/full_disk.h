@@ -1,17 +1,17 @@
-// full_disk: a disk that is full, for trying what happens then.
+// full_disk: a disk that is full, for examples that save.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include <csignal>
-#include <cstdio>
+#include <iostream>
 #include <sys/resource.h>
 
-/// While it lives no file of the process grows past a few bytes.
+/// During its lifetime no file of the process can grow beyond a few bytes.
 class full_disk {
 public:
   full_disk() {
-    std::fflush(stdout);           // what was written before gets out
-    std::signal(SIGXFSZ, SIG_IGN); // a write shall fail, and not kill
+    std::cout.flush();             // what was printed before goes out
+    std::signal(SIGXFSZ, SIG_IGN); // a write fails instead of ending the process
     getrlimit(RLIMIT_FSIZE, &former);
     const rlimit tiny{16, former.rlim_max};
     setrlimit(RLIMIT_FSIZE, &tiny);

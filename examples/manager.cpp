@@ -1,42 +1,41 @@
-// manager: two managers of memory: one that counts and caps, one that gives from an arena.
+// manager: two memory managers: one counts and has a limit, one takes memory from an arena.
 // SPDX-License-Identifier: MIT
-#include "tree.h"
+#include <cf.h>
 
 #include <cstddef>
-#include <cstdio>
 #include <cstdlib>
 #include <memory_resource>
 #include <new>
 
 namespace {
 
-//! [in_force]
-/// Puts a manager in force while it lives. A block is released by the manager then in force, and
-/// not by the one that gave it: trees that were made meanwhile have to go first.
-class in_force {
+//! [installed]
+/// Installs a manager for its lifetime. A block is released by the manager that is installed then,
+/// not by the one that it came from: delete trees before this object.
+class installed {
 public:
-  explicit in_force(const struct cfmmgr &manager) : former(cfmmgr(&manager)) {}
-  in_force(const in_force &) = delete;
-  in_force &operator=(const in_force &) = delete;
-  ~in_force() { cfmmgr(&former); }
+  explicit installed(const struct cfmmgr &manager) : former(cfmmgr(&manager)) {}
+  installed(const installed &) = delete;
+  installed &operator=(const installed &) = delete;
+  ~installed() { cfmmgr(&former); }
 
 private:
   struct cfmmgr former;
 };
-//! [in_force]
+//! [installed]
 
-//! [capped]
-/// What the library holds, and the most that it may hold.
+//! [limited]
+/// What the library has allocated, and the most that it may allocate.
 struct {
-  size_t blocks = 0, bytes = 0, cap = 0;
+  size_t blocks = 0, bytes = 0, limit = 0;
 } held;
 
-struct alignas(std::max_align_t) header { // ahead of each block
+struct alignas(std::max_align_t) header { // in front of each block
   size_t size;
 };
 
-void *givecounted(size_t size) {
-  if (size > held.cap - held.bytes)
+void *allocate(size_t size) {
+  if (size > held.limit - held.bytes)
     throw std::bad_alloc();
   auto *block = static_cast<header *>(std::malloc(sizeof(header) + size));
   if (!block)
@@ -47,37 +46,37 @@ void *givecounted(size_t size) {
   return block + 1;
 }
 
-void takecounted(void *block) {
+void release(void *block) {
   header *counted = static_cast<header *>(block) - 1;
   held.blocks -= 1;
   held.bytes -= counted->size;
   std::free(counted);
 }
 
-/// Reads a file into as much memory as `cap` bytes.
-void readcapped(FILE *file, size_t cap) {
-  held.cap = cap;
-  const in_force manager({givecounted, takecounted});
+/// Reads a file into at most `limit` bytes of memory.
+void readlimited(FILE *file, size_t limit) {
+  held.limit = limit;
+  const installed manager({allocate, release});
   cflexer lex{};
   try {
     cflex(&lex, file, "tour.conf");
-    std::printf("read with a cap of %zu bytes: %ld lines\n", cap, lex.nrow - 1);
+    std::printf("read with a limit of %zu bytes: %ld lines\n", limit, lex.nrow - 1);
   } catch (const std::bad_alloc &) {
-    std::printf("read with a cap of %zu bytes: no memory in line %ld\n", cap, lex.nrow);
+    std::printf("read with a limit of %zu bytes: no memory in line %ld\n", limit, lex.nrow);
   }
-  const tree top(lex.top); // a whole tree as far as it came, and ours
-  std::printf("  %zu blocks live\n", held.blocks);
+  std::printf("  %zu blocks in use\n", held.blocks);
+  cfdelgrp(lex.top); // what was read so far is a whole tree
 }
-//! [capped]
+//! [limited]
 
 //! [arena]
 std::pmr::monotonic_buffer_resource *arena;
 
-/// Reads a file into an arena and drops all of it at once: nothing is deleted one by one.
+/// Reads a file into an arena and releases all of it at once, without deleting each element.
 void readarena(FILE *file) {
   std::pmr::monotonic_buffer_resource memory;
   arena = &memory;
-  const in_force manager({[](size_t size) { return arena->allocate(size); }, [](void *) {}});
+  const installed manager({[](size_t size) { return arena->allocate(size); }, [](void *) {}});
   cflexer lex{};
   if (cflex(&lex, file, "tour.conf"))
     if (cfgroup *beta = cfcatgetgrp(cfcatalog(lex.top), "host", "beta"))
@@ -89,13 +88,14 @@ void readarena(FILE *file) {
 } // namespace
 
 int main() {
-  const stream file(std::fopen("tour.conf", "r"));
+  FILE *file = std::fopen("tour.conf", "r");
   if (!file)
     return 1;
-  for (const size_t cap : {10000u, 1000u, 0u}) {
-    readcapped(file.get(), cap);
-    std::rewind(file.get());
+  for (const size_t limit : {10000u, 1000u, 0u}) {
+    readlimited(file, limit);
+    std::rewind(file);
   }
-  readarena(file.get());
+  readarena(file);
+  std::fclose(file);
   return held.blocks == 0 && held.bytes == 0 ? 0 : 1;
 }

@@ -1,5 +1,5 @@
-# run: runs a program and compares all that it writes, and its exit status, with what is expected.
-# With CF_RENEW in the environment, what it writes becomes what is expected: then ask git.
+# run: runs a program and compares its output and its exit status with the expected ones.
+# With CF_RENEW in the environment, the output becomes the expected output: then look at git diff.
 # SPDX-License-Identifier: MIT
 if(NOT INPUT)
   set(INPUT /dev/null)

@@ -1,4 +1,4 @@
-// scratch: a working directory that is gone, with all in it, when the program leaves it.
+// scratch: a temporary working directory with a copy of one file, for examples that save.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -6,18 +6,20 @@
 #include <filesystem>
 #include <string>
 
-class scratch_folder {
+/// The working directory for its lifetime. Afterwards the directory is deleted, with all its files.
+class scratch_copy {
 public:
-  scratch_folder() : former(std::filesystem::current_path()) {
+  explicit scratch_copy(const std::string &fname) : former(std::filesystem::current_path()) {
     std::string pattern = std::filesystem::temp_directory_path() / "cf.XXXXXX";
     if (!mkdtemp(pattern.data()))
       std::abort();
     folder = pattern;
+    std::filesystem::copy_file(fname, folder / fname);
     std::filesystem::current_path(folder);
   }
-  scratch_folder(const scratch_folder &) = delete;
-  scratch_folder &operator=(const scratch_folder &) = delete;
-  ~scratch_folder() {
+  scratch_copy(const scratch_copy &) = delete;
+  scratch_copy &operator=(const scratch_copy &) = delete;
+  ~scratch_copy() {
     std::filesystem::current_path(former);
     std::filesystem::remove_all(folder);
   }

@@ -1,7 +1,6 @@
-// tolerant: slots that read what other systems write: a byte order mark, and CR at the end of
-// remarks.
+// tolerant: slots that accept a byte order mark, and a carriage return at the end of remarks.
 // SPDX-License-Identifier: MIT
-#include "tree.h"
+#include <cf.h>
 
 #include <cstring>
 #include <string>
@@ -16,8 +15,8 @@ const cflexer defaults = [] {
   return *cflexdfl(&lex);
 }();
 
-/// A default slot that does not see a byte order mark ahead of the first line.
-template <auto slot> auto behindmark(cflexer *lex) {
+/// Calls a default slot, which does not see a byte order mark at the start of the first line.
+template <auto slot> auto without_mark(cflexer *lex) {
   const char *row = lex->row; // NULL at the end of input
   if (row && lex->nrow == 1 && std::strncmp(row, "\xEF\xBB\xBF", 3) == 0)
     lex->row += 3;
@@ -26,9 +25,9 @@ template <auto slot> auto behindmark(cflexer *lex) {
   return answer;
 }
 
-/// Everywhere else a CR is white space and falls away.
-cfremark *withoutcr(cflexer *lex) {
-  cfremark *rem = behindmark<&cflexer::scanrem>(lex);
+/// Drops the carriage return of a remark. In other lines it is white space, and dropped anyway.
+cfremark *without_return(cflexer *lex) {
+  cfremark *rem = without_mark<&cflexer::scanrem>(lex);
   const std::string_view txt = rem->txt;
   if (!txt.ends_with('\r'))
     return rem;
@@ -39,28 +38,29 @@ cfremark *withoutcr(cflexer *lex) {
 
 cflexer tolerant() {
   cflexer lex{};
-  lex.isempty = behindmark<&cflexer::isempty>;
-  lex.isremark = behindmark<&cflexer::isremark>;
-  lex.isgrpbeg = behindmark<&cflexer::isgrpbeg>;
-  lex.isgrpend = behindmark<&cflexer::isgrpend>;
-  lex.isparam = behindmark<&cflexer::isparam>;
-  lex.scanrem = withoutcr;
-  lex.scangrp = behindmark<&cflexer::scangrp>;
-  lex.scanpar = behindmark<&cflexer::scanpar>;
+  lex.isempty = without_mark<&cflexer::isempty>;
+  lex.isremark = without_mark<&cflexer::isremark>;
+  lex.isgrpbeg = without_mark<&cflexer::isgrpbeg>;
+  lex.isgrpend = without_mark<&cflexer::isgrpend>;
+  lex.isparam = without_mark<&cflexer::isparam>;
+  lex.scanrem = without_return;
+  lex.scangrp = without_mark<&cflexer::scangrp>;
+  lex.scanpar = without_mark<&cflexer::scanpar>;
   return lex;
 }
 //! [tolerant]
 
-/// Reads a text with the given slots and prints what came of it.
+/// Reads a text with the given slots and prints the tree.
 void show(cflexer lex, const char *name) {
   char text[] = "\xEF\xBB\xBFport = 80\r\n# the relay\r\nhost alpha {\r\n}\r\n";
-  const stream fd(fmemopen(text, sizeof text - 1, "r"));
-  const bool clean = cflex(&lex, fd.get(), name);
-  const tree top(lex.top);
+  FILE *fd = fmemopen(text, sizeof text - 1, "r");
+  const bool clean = cflex(&lex, fd, name);
+  std::fclose(fd);
   std::printf("%s: %s\n", name, clean ? "clean" : "faulty");
   cfprinter prn{};
   if (clean)
-    cfprint(stdout, &prn, top.get(), "standard output");
+    cfprint(stdout, &prn, lex.top, "standard output");
+  cfdelgrp(lex.top);
 }
 
 } // namespace
