@@ -1,6 +1,6 @@
 // The guard's program: one operation, run once where callgrind counts.
-// Use: cf_guard OPERATION SHAPE [LIBRARY], of the library itself or of "floor"; without arguments it
-// lists the operations.
+// Use: cf_guard OPERATION SHAPE [LIBRARY], of the library itself or of "floor"; without arguments
+// it lists the operations.
 // SPDX-License-Identifier: MIT
 #include "operations.h"
 

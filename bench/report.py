@@ -1,35 +1,32 @@
 #!/usr/bin/env python3
-"""Makes the tables of a run, and puts them between the marks of a document.
+"""Prints the tables of a run. With a document, also puts them between its marks, and draws the charts
+beside it, in the directory charts.
 
 Use: report.py RESULTS [DOCUMENT]
 
 SPDX-License-Identifier: MIT
 """
-import json
+import pathlib
 import re
 import sys
 
-SHAPES = ["typical", "wide", "deep"]
-SCALE = [1000, 10000, 100000, 1000000]
-OURS = ["cf", "cf-arena"]
-OPERATIONS = {  # with the floor that each stands on
+from results import OURS, SHAPES, SIZES, Run, number
+
+OPERATIONS = {  # with what its floor does
     "Read": "`fgets`, one allocation for each element, copying, linking, grouping",
-    "ReadArena": "the same from an arena",
-    "Print": "a line assembled and written by one `fwrite`",
-    "Check": "scope strings behind a kept prefix, callbacks; all `multi`",
+    "ReadArena": "the same with an arena",
+    "Print": "assembles each line and writes it with one `fwrite`",
+    "Check": "scope strings that share a prefix, callbacks; everything `multi`",
     "CheckEvaluate": "the same, and the evaluators",
-    "CheckOnce": "the same, and a linear search for each element; none `multi`",
+    "CheckOnce": "the same, and a linear search for each element; nothing `multi`",
     "Catalog": "searching and linking",
-    "LookupCatalog": "a bare linear search in each level",
-    "LookupTree": "a bare linear search in each list",
+    "LookupCatalog": "a linear search in each level",
+    "LookupTree": "a linear search in each list",
     "Copy": "one allocation for each element, copying, linking",
-    "Compare": "two walks side by side that compare texts",
+    "Compare": "two walks in step that compare texts",
     "Delete": "a walk that frees"}
-
-
-def number(value):
-    """Three digits at least, and no more than tell something."""
-    return f"{value:.2f}" if value < 10 else f"{value:.1f}" if value < 100 else f"{value:,.0f}"
+ROWS = {"LookupCatalog": "cf, catalog", "LookupTree": "cf, plain tree",
+        "EditAddDelete": "cf, a group added and deleted"}
 
 
 def table(head, rows):
@@ -37,111 +34,109 @@ def table(head, rows):
     return "\n".join("| " + " | ".join(line) + " |" for line in lines)
 
 
-class Run:
-    """The results of one run."""
-
-    def __init__(self, results):
-        self.ns, self.memory = results["ns"], results["memory"]
-        self.machine, self.peers = results["machine"], results["peers"]
-
-    def cell(self, operation, library, shape):
-        value = self.ns.get(f"{operation}/{library}/{shape}")
-        return "" if value is None else number(value)
-
-    def ratio(self, operation, shape):
-        return self.ns[f"{operation}/cf/{shape}"] / self.ns[f"{operation}/floor/{shape}"]
-
-    def libraries(self, operation, shape):
-        """All that have an operation, the fastest on a shape first."""
-        found = [name.split("/")[1] for name in self.ns
-                 if name.startswith(operation + "/") and name.endswith("/" + shape)]
-        return sorted((library for library in found if library != "floor"),
-                      key=lambda library: self.ns[f"{operation}/{library}/{shape}"])
-
-    def about(self):
-        peers = ", ".join(f"{name} {version}" for name, version in sorted(self.peers.items()))
-        machine = self.machine
-        return (f"{machine['date']}, {machine['processor']}, {machine['cores']} cores, "
-                f"{machine['system']}, {machine['libc']}, {machine['compiler']}, optimised (`-O3`), "
-                f"the shared library. Peers: {peers}.")
-
-    def ratios(self):
-        rows = [[operation] + [f"{self.ratio(operation, shape):.2f}" for shape in SHAPES] +
-                [self.cell(operation, library, "wide") for library in ("cf", "floor")] + [floor]
-                for operation, floor in OPERATIONS.items()]
-        return table(["operation", *SHAPES, "cf, ns", "floor, ns", "the floor"], rows)
-
-    def beside(self, operations):
-        """One operation, or the same under several names, of all libraries."""
-        shapes = sorted({(library, operation) for operation in operations
-                         for library in self.libraries(operation, "typical")},
-                        key=lambda pair: self.ns[f"{pair[1]}/{pair[0]}/typical"])
-        names = {"LookupCatalog": "cf, catalog", "LookupTree": "cf, plain tree",
-                 "EditAddDelete": "cf, a group added and deleted"}
-        rows = [[f"**{names.get(operation, library)}**" if library in OURS else library] +
-                [self.cell(operation, library, shape) for shape in SHAPES]
-                for library, operation in shapes]
-        return table(["ns", *SHAPES], rows)
-
-    def memories(self):
-        libraries = sorted({name.split("/")[0] for name in self.memory},
-                           key=lambda library: self.memory[f"{library}/wide"][0])
-        rows = [[f"**{library}**" if library in OURS else library] +
-                [number(self.memory[f"{library}/{shape}"][field])
-                 for field in (0, 1) for shape in SHAPES] for library in libraries]
-        return table(["library", *(f"bytes, {shape}" for shape in SHAPES),
-                      *(f"allocations, {shape}" for shape in SHAPES)], rows)
-
-    def growth(self, names):
-        rows = [[title] + [self.cell(*prefix.split("/"), f"scale:{size}") for size in SCALE]
-                for title, prefix in names]
-        return table(["ns for an element", *(f"{size:,}" for size in SCALE)], rows)
-
-    def ourgrowth(self):
-        return self.growth([(operation, operation + "/cf") for operation in OPERATIONS
-                            if f"{operation}/cf/scale:1000" in self.ns])
-
-    def peergrowth(self):
-        return self.growth([(f"**{library}**" if library in OURS else library, "ReadMemory/" + library)
-                            for library in self.libraries("ReadMemory", "scale:1000")])
-
-    def thumb(self):
-        read, check, catalog, print_ = (self.ns[f"{operation}/cf/typical"] for operation in
-                                        ("ReadFile", "CheckEvaluate", "Catalog", "Print"))
-        size = self.memory["cf/wide"][0]
-        return (f"On this machine a file of 50 elements is read in {50 * read / 1000:.1f} µs, checked and "
-                f"evaluated in {50 * check / 1000:.1f} µs, catalogued in {50 * catalog / 1000:.1f} µs and "
-                f"printed in {50 * print_ / 1000:.1f} µs; a look-up in it takes "
-                f"{number(self.ns['LookupCatalog/cf/typical'])} ns. An element takes {size:.0f} bytes.")
-
-    def sections(self):
-        return {"machine": self.about(), "ratios": self.ratios(), "thumb": self.thumb(),
-                "readfile": self.beside(["ReadFile"]), "readmemory": self.beside(["ReadMemory"]),
-                "lookup": self.beside(["Lookup", "LookupCatalog", "LookupTree"]),
-                "edit": self.beside(["EditSet", "EditAddDelete"]),
-                "print": self.beside(["Print"]), "delete": self.beside(["Delete"]),
-                "memory": self.memories(), "growth": self.ourgrowth(), "peergrowth": self.peergrowth()}
+def named(library):
+    return f"**{library}**" if library.split(",")[0] in OURS else library
 
 
-def fill(text, sections):
-    for name, content in sections.items():
+def cell(time):
+    return "" if time is None else number(time)
+
+
+def about(run):
+    peers = ", ".join(f"{name} {version}" for name, version in sorted(run.peers.items()))
+    machine = run.machine
+    return (f"{machine['date']}, {machine['processor']}, {machine['cores']} cores, {machine['system']}, "
+            f"{machine['libc']}, {machine['compiler']}, optimised (`-O3`), the shared library. Peers: {peers}.")
+
+
+def thumb(run):
+    read, check, catalog, print_ = (run.time(operation, "cf", "typical") for operation in
+                                    ("ReadFile", "CheckEvaluate", "Catalog", "Print"))
+    return (f"On this machine a file of 50 elements is read in {50 * read / 1000:.1f} µs, checked and "
+            f"evaluated in {50 * check / 1000:.1f} µs, catalogued in {50 * catalog / 1000:.1f} µs and "
+            f"printed in {50 * print_ / 1000:.1f} µs; a look-up in it takes "
+            f"{number(run.time('LookupCatalog', 'cf', 'typical'))} ns. An element takes "
+            f"{run.memory['cf/wide'][0]:.0f} bytes.")
+
+
+def ratios(run):
+    def ratio(operation, shape):
+        return run.time(operation, "cf", shape) / run.time(operation, "floor", shape)
+    rows = [[operation] + [f"{ratio(operation, shape):.2f}" for shape in SHAPES] +
+            [cell(run.time(operation, library, "wide")) for library in ("cf", "floor")] + [floor]
+            for operation, floor in OPERATIONS.items()]
+    return table(["operation", *SHAPES, "cf, ns", "floor, ns", "the floor"], rows)
+
+
+def compared(run, *operations):
+    """One operation, or the same under several names, of all libraries."""
+    pairs = sorted(((operation, library) for operation in operations for library in run.libraries(operation)),
+                   key=lambda pair: run.time(*pair, "typical"))
+    return table(["ns", *SHAPES], [[named(ROWS.get(operation, library))] + list(map(cell, run.times(operation, library)))
+                                   for operation, library in pairs])
+
+
+def loading(run):
+    return table(["ns", *SHAPES], [[named(library)] + list(map(cell, times)) for library, times in run.loading()])
+
+
+def memories(run):
+    libraries = sorted({name.split("/")[0] for name in run.memory}, key=lambda name: run.memory[f"{name}/wide"][0])
+    rows = [[named(library)] + [number(run.memory[f"{library}/{shape}"][field]) for field in (0, 1) for shape in SHAPES]
+            for library in libraries]
+    return table(["library", *(f"bytes, {shape}" for shape in SHAPES),
+                  *(f"allocations, {shape}" for shape in SHAPES)], rows)
+
+
+def sized(run, shape, names):
+    """Times by size; names are pairs of a row's name and (operation, library)."""
+    rows = [[title] + [cell(run.time(*what, f"{shape}:{size}")) for size in SIZES] for title, what in names]
+    return table(["ns for an element", *(f"{size:,}" for size in SIZES)], rows)
+
+
+def growth(run):
+    return sized(run, "scale", [(operation, (operation, "cf")) for operation in OPERATIONS
+                                if run.time(operation, "cf", "scale:1000")])
+
+
+def peergrowth(run):
+    return sized(run, "scale", [(named(library), ("ReadMemory", library))
+                                for library in run.libraries("ReadMemory", "scale:1000")])
+
+
+def sections(run):
+    return {"machine": about(run), "ratios": ratios(run), "thumb": thumb(run), "loading": loading(run),
+            "readfile": compared(run, "ReadFile"), "readmemory": compared(run, "ReadMemory"),
+            "lookup": compared(run, "Lookup", "LookupCatalog", "LookupTree"),
+            "edit": compared(run, "EditSet", "EditAddDelete"), "print": compared(run, "Print"),
+            "delete": compared(run, "Delete"), "memory": memories(run), "growth": growth(run),
+            "peergrowth": peergrowth(run)}
+
+
+def charts(run, document):
+    import charts  # needs matplotlib, which the tables do not
+    return {f"chart {name}": f"![{title}]({path.relative_to(document.parent)})"
+            for name, (path, title) in charts.draw(run, document.parent / "charts").items()}
+
+
+def fill(text, contents):
+    for name, content in contents.items():
         pattern = re.compile(rf"(<!-- begin {name} -->\n).*?(<!-- end {name} -->)", re.DOTALL)
         text, count = pattern.subn(lambda mark, content=content: mark[1] + content + "\n" + mark[2], text)
         if count != 1:
-            sys.exit(f"the marks of {name} stand {count} times in the document")
+            sys.exit(f"the document has the marks of {name} {count} times instead of once")
     return text
 
 
 def main():
-    with open(sys.argv[1], encoding="utf-8") as results:
-        sections = Run(json.load(results)).sections()
-    for name, content in sections.items():
+    run = Run(sys.argv[1])
+    contents = sections(run)
+    for name, content in contents.items():
         print(f"\n{name}\n\n{content}")
     if len(sys.argv) > 2:
-        with open(sys.argv[2], encoding="utf-8") as document:
-            text = fill(document.read(), sections)
-        with open(sys.argv[2], "w", encoding="utf-8") as document:
-            document.write(text)
+        document = pathlib.Path(sys.argv[2])
+        contents |= charts(run, document)
+        document.write_text(fill(document.read_text(encoding="utf-8"), contents), encoding="utf-8")
 
 
 main()

@@ -3,9 +3,9 @@
 
 Use: run.py DIRECTORY-OF-THE-PROGRAMS [ROUNDS]
 
-Each operation of each library runs in a process of its own, so that none finds the heap as another
-left it. They take turns in several rounds, and the least time of all rounds counts: what else runs on
-the machine can only add.
+Each operation of each library runs in a process of its own, so that it does not find a heap that
+another has used. They take turns for several rounds, and the shortest time of all rounds counts:
+other processes on the machine can only make a round longer.
 
 SPDX-License-Identifier: MIT
 """
@@ -13,15 +13,19 @@ import json
 import os
 import platform
 import re
+import resource
+import signal
 import subprocess
 import sys
 import tempfile
 
-PEERS = {  # Debian's packages
+PEERS = {  # the Debian package of each
     "libconfig": "libconfig-dev", "libconfuse": "libconfuse-dev", "inih": "libinih-dev",
     "toml++": "libtomlplusplus-dev", "yaml-cpp": "libyaml-cpp-dev", "pugixml": "libpugixml-dev",
     "RapidJSON": "rapidjson-dev", "nlohmann-json": "nlohmann-json3-dev", "jansson": "libjansson-dev",
     "simdjson": "libsimdjson-dev", "libxml2": "libxml2-dev"}
+DEEPEST = 1_000_000
+STACK = 8 * 1024 * 1024  # bytes, as most systems give a program
 
 
 def output(*command):
@@ -44,10 +48,9 @@ def versions(libraries):
 
 
 def measure(program, prefix, shapes, seconds):
-    """Times the benchmarks of one prefix (Operation/library) on shapes, in a fresh process."""
-    pattern = prefix.replace("+", "[+]")
+    """Times the benchmarks of one prefix (Operation/library) on shapes, in a new process."""
     with tempfile.NamedTemporaryFile() as out:
-        subprocess.run([program, f"--benchmark_filter=^{pattern}/({shapes})",
+        subprocess.run([program, f"--benchmark_filter=^{re.escape(prefix)}/({shapes})",
                         f"--benchmark_min_time={seconds}", "--benchmark_out_format=json",
                         f"--benchmark_out={out.name}"],
                        check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
@@ -58,14 +61,14 @@ def measure(program, prefix, shapes, seconds):
 def times(program, rounds):
     names = output(program, "--benchmark_list_tests").split()
     prefixes = list(dict.fromkeys("/".join(name.split("/")[:2]) for name in names))
-    scaled = {"/".join(name.split("/")[:2]) for name in names if "/scale:" in name}
+    sized = {"/".join(name.split("/")[:2]) for name in names if ":" in name}
     least = {}
     for number in range(rounds):
         for prefix in prefixes:
             print(f"round {number + 1} of {rounds}: {prefix}", file=sys.stderr)
-            runs = list(measure(program, prefix, "typical|wide|deep", 0.1))
-            if number == 0 and prefix in scaled:
-                runs += measure(program, prefix, "scale", 0.5)
+            runs = list(measure(program, prefix, "typical|wide|deep|crowded", 0.1))
+            if number == 0 and prefix in sized:
+                runs += measure(program, prefix, ".*:", 0.5)
             for name, ns in runs:
                 least[name] = min(ns, least.get(name, ns))
     return least
@@ -76,13 +79,57 @@ def memory(program):
     return {f"{library}/{shape}": [float(size), float(count)] for library, shape, size, count in lines}
 
 
+def growth(program):
+    """The nanoseconds for an element, by operation and number of siblings."""
+    print("growth", file=sys.stderr)
+    result = {}
+    for line in output(program, "all", "keys").splitlines():
+        cells = line.strip("| ").split(" | ")
+        if name := re.match(r"(\w+): ", line):
+            operation = name[1]
+        elif cells[0].startswith("ns for"):
+            sizes = cells[1:]
+        elif len(cells) > 1:
+            result[operation] = dict(zip(sizes, map(float, cells[1:])))
+    return result
+
+
+def survives(program, library, depth):
+    """Whether a library reads and releases groups nested in each other, and how it ends if not."""
+    try:
+        run = subprocess.run([program, library, str(depth)], check=False, capture_output=True, timeout=60,
+                             preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_STACK, (STACK, STACK)))
+    except subprocess.TimeoutExpired:
+        return False, "takes more than a minute"
+    return run.returncode == 0, "crashes" if run.returncode == -signal.SIGSEGV else "refuses"
+
+
+def depths(program):
+    """The largest nesting that each library survives, to three digits, and what happens beyond."""
+    result = {}
+    for library in output(program).split():
+        print(f"depth: {library}", file=sys.stderr)
+        good, bad = 0, DEEPEST
+        survived, end = survives(program, library, bad)
+        if survived:
+            good, end = bad, ""
+        while not survived and bad - good > max(1, bad // 1000):
+            middle = (good + bad) // 2 if good else bad // 4
+            passed, how = survives(program, library, middle)
+            good, bad, end = (middle, bad, end) if passed else (good, middle, how)
+        result[library] = [good, end]
+    return result
+
+
 def main():
     programs = sys.argv[1]
     rounds = int(sys.argv[2]) if len(sys.argv) > 2 else 3
     took = times(os.path.join(programs, "cf_bench"), rounds)
     libraries = {name.split("/")[1] for name in took}
     json.dump({"machine": machine(), "peers": versions(libraries), "ns": took,
-               "memory": memory(os.path.join(programs, "cf_bench_memory"))},
+               "memory": memory(os.path.join(programs, "cf_bench_memory")),
+               "growth": growth(os.path.join(programs, "cf_growth")),
+               "depth": depths(os.path.join(programs, "cf_bench_depth"))},
               sys.stdout, indent=1, sort_keys=True)
 
 

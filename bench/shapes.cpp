@@ -102,6 +102,15 @@ Element nested(std::size_t chains, std::size_t depth, std::size_t params, std::s
   return top;
 }
 
+/// One group of different keys, in no order.
+Element crowded(std::size_t params) {
+  Element top = group("", "");
+  for (std::size_t i = 0; i < params; ++i)
+    top.children.push_back({Kind::param, subject(i) + std::to_string(i * 7919 % params),
+                            value(Type::integer, i), Type::integer});
+  return top;
+}
+
 Element content(const std::string &name) {
   if (name == "typical")
     return typical();
@@ -109,8 +118,12 @@ Element content(const std::string &name) {
     return flat(2000, 44, 4);
   if (name == "deep")
     return nested(34, 50, 8, 1);
+  if (name == "crowded")
+    return crowded(20000);
   if (name == "guard")
     return flat(100, 44, 4);
+  if (name.starts_with("chain:"))
+    return group("", "");
   if (name.starts_with("scale:"))
     return flat(std::stoul(name.substr(6)) / 50, 44, 5);
   throw std::invalid_argument("no such shape: " + name);

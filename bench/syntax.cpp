@@ -129,6 +129,31 @@ void putjson(std::string &out, const Element &grp, const std::string &indent) {
   out += '\n' + indent + '}';
 }
 
+/// Groups in each other, with a parameter in the innermost. The text grows with the depth, not with
+/// its square: no indentation, and in TOML one head with the whole path.
+std::string chain(std::size_t depth, Syntax syntax) {
+  struct {
+    const char *begin, *innermost, *end;
+  } parts{};
+  switch (syntax) {
+  case Syntax::cf: parts = {"g {\n", "k = 1\n", "}\n"}; break;
+  case Syntax::libconfig: parts = {"g : {\n", "k = 1;\n", "};\n"}; break;
+  case Syntax::yaml: parts = {"{g: ", "{k: 1}", "}"}; break;
+  case Syntax::json: parts = {"{\"g\": ", "{\"k\": 1}", "}"}; break;
+  case Syntax::xml: parts = {"<g>", "<k>1</k>", "</g>"}; break;
+  case Syntax::toml: parts = {".g", "]\nk = 1\n", ""}; break;
+  case Syntax::confuse:
+  case Syntax::ini: throw std::invalid_argument("no chain in this syntax");
+  }
+  std::string text = syntax == Syntax::toml ? "[g" : "";
+  for (std::size_t i = 0; i < depth; ++i)
+    text += parts.begin;
+  text += parts.innermost;
+  for (std::size_t i = 0; i < depth; ++i)
+    text += parts.end;
+  return text;
+}
+
 /// The directory of the temporary files.
 class Scratch {
 public:
@@ -177,7 +202,9 @@ const Input &input(const Shape &shape, Syntax syntax) {
   static std::map<std::pair<std::string, Syntax>, Input> inputs;
   const auto [it, fresh] = inputs.try_emplace({shape.name, syntax});
   if (fresh) {
-    it->second.text = render(shape.top, syntax);
+    it->second.text = shape.name.starts_with("chain:")
+                          ? chain(std::stoul(shape.name.substr(6)), syntax)
+                          : render(shape.top, syntax);
     it->second.file = store(it->second.text);
   }
   return it->second;

@@ -27,7 +27,30 @@ template <auto check> Task evaluating(const Shape &shape) {
   }};
 }
 
+/// Reads, checks and catalogues: then the library is as ready for look-ups as peers are that make
+/// maps of their groups while they read.
+Task loading(const Shape &shape) {
+  struct Loaded {
+    Tree tree, catalog;
+  };
+  auto loaded = std::make_shared<Loaded>();
+  return {.work =
+              [=, &in = input(shape, Syntax::cf)] {
+                const Stream stream(
+                    fmemopen(const_cast<char *>(in.text.data()), in.text.size(), "r"), Close());
+                loaded->tree = own(readtree(stream.get()));
+                parse(loaded->tree.get(), single);
+                loaded->catalog = own(cfcatalog(loaded->tree.get()));
+              },
+          .clear =
+              [=] {
+                loaded->catalog.reset();
+                loaded->tree.reset();
+              }};
+}
+
 const bool added[] = {
+    add({"Load", "cf", loading}),
     add({"Check", "cf", checking<parse, multiple>, true}),
     add({"Check", "floor", checking<floors::check, multiple>, true}),
     add({"CheckOnce", "cf", checking<parse, single>, true}),

@@ -47,7 +47,8 @@ template <class Peer> Task peerlookup(const Shape &shape) {
           .units = shape.routes.size()};
 }
 
-/// Sets integers to what they are, so that each round finds the same; first it is seen that they change.
+/// Sets integers to what they are, so that each round finds the same; first it is seen that they
+/// change.
 template <class Peer> Task peersetting(const Shape &shape) {
   const auto peer = loaded<Peer>(shape);
   for (const Route &route : shape.routes)
