@@ -1,4 +1,4 @@
-# cf::static and cf::shared; cf::cf is the shared one unless BUILD_SHARED_LIBS is off.
+# Targets: cf::static, cf::shared, and cf::cf, which is cf::shared unless BUILD_SHARED_LIBS is off.
 # SPDX-License-Identifier: MIT
 include(${CMAKE_CURRENT_LIST_DIR}/cf-targets.cmake)
 
