@@ -22,7 +22,7 @@ need() {
 need_for() {
   need cmake ninja-build g++ libc6-dev libgtest-dev libgmock-dev pkg-config python3
   case $1 in
-  clang | asan-ubsan | tsan | fuzz) need clang libclang-rt-14-dev ;;
+  clang | asan-ubsan | tsan | coverage | fuzz) need clang libclang-rt-14-dev ;;
   libcxx) need clang-16 libc++-16-dev libc++abi-16-dev googletest ;;
   s390x) need g++-s390x-linux-gnu qemu-user googletest ;;
   i686) need g++-i686-linux-gnu qemu-user googletest ;;

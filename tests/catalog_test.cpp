@@ -139,6 +139,10 @@ TEST(Edit, TakesWhatNoCatalogHolds) {
   EXPECT_TRUE(ref->link.ref == &nd->link && ref->row == 2 && ref->txt == nd->txt);
   EXPECT_EQ(shape(top.get()), "::(#new)");
   cfdelrem(ref);
+  const kit::tree empty(cfnewgrp("", "", cf_grptop, -1)), keys(cfcatalog(empty.get()));
+  for (const char *val : {"1", "2"}) // an empty key names no element to replace
+    cfcatsetpar(keys.get(), cfnewpar("", val, 1));
+  EXPECT_EQ(shape(keys.get()), "*::(=(*=1, *=2))");
   cfgroup *level = cfnewgrp("", "l", cf_grpcat, 1); // the way up from it leads through it
   cfaddgrp(top.get(), cfaddgrp(cfnewgrp("", "g", cf_grpinst, 1), level));
   const kit::tree root(cfcatalog(level));

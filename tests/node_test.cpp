@@ -78,6 +78,20 @@ TEST(Node, NullAndAnchorsAreNoElements) {
   EXPECT_TRUE(cfgrp(&top->link) && !cfrem(&top->link) && !cfpar(&top->link));
 }
 
+TEST(Node, ListsAreLinkedByHand) {
+  const kit::tree top(cfnewgrp("", "", cf_grptop, -1));
+  cfparam *par = cfnewpar("b", "", 1), record = *par;
+  EXPECT_EQ(cfchainpar(&top->elem, par), &top->elem);
+  EXPECT_EQ(cfchainrem(&par->link, cfnewrem("r", 1)), &par->link);
+  EXPECT_EQ(cfchaingrp(&par->link, cfnewgrp("", "g", cf_grpinst, 1)), &par->link);
+  EXPECT_EQ(cfinitnd(&record.link, cf_param, top.get())->group, top.get());
+  record.key = record.val = "x";
+  cfxcgnd(&par->link, &record.link);
+  cfdelpar(par);
+  EXPECT_EQ(kit::dump(top.get(), false), "::(#r, .g, x=x)");
+  cfunlknd(&record.link);
+}
+
 TEST(Node, IterationAndSearch) {
   const kit::tree list(cfnewgrp("", "", cf_grptop, -1));
   EXPECT_TRUE(cfempty(list.get()) == 1 && cfend(cfiterator(list.get())) == 1);
@@ -232,7 +246,7 @@ TEST(Value, ReachesReferences) {
   EXPECT_TRUE(cfunevalpar(ref) == ref && upper->vval && !ref->vval && !par->vval && !par->eval);
   cfdelpar(upper), cfdelpar(ref), cfdelpar(par);
   par = cfnewpar("key", "True", 1);
-  EXPECT_EQ(cfevalpar(par, cfevbool) ? cfbool(par) : 0, 1);
+  EXPECT_EQ(cfevalpar(cfunevalpar(par), cfevbool) ? cfbool(par) : 0, 1);
   cfdelpar(par);
 }
 

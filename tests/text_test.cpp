@@ -57,6 +57,10 @@ TEST(Text, WorkedExample) {
     EXPECT_TRUE(text.starts_with(kit::print(top.get(), &prn)) && prn.calls == n);
     EXPECT_EQ(kit::said(), "E out: write error\n");
   }
+  kit::asking<cfprinter> refusing;
+  refusing.answer = [](int) { return -1; };
+  EXPECT_EQ(kit::print(cfcatgetgrp(top.get(), "link", "main"), &refusing), "link main {\n");
+  EXPECT_EQ(kit::said(), "E out: write error\n");
   cfprinter silent{};
   silent.outparam = [](cfprinter *prn, cfparam *) { return prn->valid = 0, 1; };
   kit::print(top.get(), &silent);
@@ -130,6 +134,15 @@ TEST(Read, NothingAfterAnEndOfFileThatWasSeen) {
     EXPECT_EQ(cflex(&lex, file.get(), "cfg"), 1);
     EXPECT_TRUE(cfempty(kit::tree(lex.top).get()) && lex.nrow == 1);
   }
+}
+
+TEST(Print, WhatNoFileGives) {
+  const string long_text(100'000, 'x');
+  const kit::tree top(cfaddpar(cfnewgrp("", "", cf_grptop, -1), cfnewpar("k", "1", 1)));
+  cfgroup *blocks = cfaddgrp(cfnewgrp("", "", cf_grppar, 1), cfnewgrp("", "", cf_grprem, 1));
+  cfaddrem(cfaddgrp(top.get(), blocks), cfnewrem(long_text.c_str(), 1));
+  EXPECT_EQ(kit::print(top.get()), "k = 1\n\n# " + long_text + '\n');
+  EXPECT_EQ(kit::print(blocks), "");
 }
 
 TEST(Print, StreamsThatFail) {
