@@ -241,10 +241,8 @@ private:
       hit = grp ? find_group(filer, grp->cat, grp->name) : find_param(filer, par->key, nullptr);
     if (hit)
       return exchange(hit, elem, act);
-    if (!call(act)) {
-      need(!elem->group, "what is not added is in no list");
+    if (!call(act) && !elem->group)
       return cfdelnd(elem);
-    }
     need(cfgrp(target(&filer->link))->elem.prev == elem, "added as the last");
     if (!is_above(&top->link, elem))
       drop(); // it is in a level
@@ -284,11 +282,14 @@ private:
     cfnode *nd = pick();
     const bool alone = catalogs.empty() && choose(2);
     cfgroup *clear = choose(3) == 0 ? cfgrp(nd) : nullptr;
+    std::set<cfnode *> kept; // a group that is cleared, with its targets
+    for (cfnode *it = clear ? nd : nullptr; it; it = it->ref)
+      kept.insert(it);
+    dying = kept; // so that no block of them is collected
     for (cfnode *it : kit::nodes(nd))
       if (!clear || it != nd)
         alone ? void(dying.insert(it)) : collect(it, dying);
-    if (clear)
-      dying.erase(nd);
+    std::erase_if(dying, [&](cfnode *it) { return kept.contains(it); });
     bool lost = false; // a catalog, or the target of a reference
     for (cfgroup *root : catalogs)
       for (cfnode *it : kit::nodes(&root->link))
