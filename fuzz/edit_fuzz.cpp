@@ -309,6 +309,7 @@ private:
     const char *key = choose(4) ? name() : "", *val = value();
     need(cfcatgetgrp(grp, cat, key) == cfgrp(find_group(grp, cat, key)), "a group is looked up");
     need(cfcatgetpar(grp, key, val) == cfpar(find_param(grp, key, val)), "a parameter likewise");
+    need(kit::print(grp) == text_of(grp), "a group is printed");
     jumps = false; // strings are held
     call([&] { check(grp, static_cast<unsigned char>(choose(256))); });
   }

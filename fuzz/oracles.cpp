@@ -39,7 +39,58 @@ bool shows(cfnode *ref) {
   return a && b && a->cat == b->cat && a->name == b->name && a->row == b->row && a->type == b->type;
 }
 
+/// Prints a group by recursion. `gaps` has a bit for each type before which a blank line is due.
+/// True if anything was printed.
+bool print(cfgroup *grp, string &out, unsigned &gaps) {
+  const auto line = [&](cfgroup *in, const string &text) {
+    string indentation;
+    for (; in; in = in->link.group)
+      indentation += in->type == cf_grpinst ? "  " : "";
+    out += indentation + text + '\n';
+  };
+  const auto gap = [&](const cfnode *nd) {
+    if (gaps >> nd->type & 1U)
+      line(nd->group, "");
+  };
+  const bool instance = grp->type == cf_grpinst, holds_all = instance || grp->type == cf_grptop;
+  if (instance) {
+    gap(&grp->link);
+    line(grp->link.group, (*grp->cat ? grp->cat + string(" ") : "") + grp->name + " {");
+  }
+  gaps = holds_all ? 0 : gaps;
+  bool any = false;
+  for (cfnode *it = cfiterator(grp); !cfend(it); cfnext(&it)) {
+    cfgroup *child = cfgrp(it);
+    if (child) {
+      any = print(child, out, gaps) || any;
+    } else {
+      gap(it);
+      line(grp, cfrem(it) ? string("# ") + cfrem(it)->txt
+                          : cfpar(it)->key + string(" = ") + cfpar(it)->val);
+      any = true;
+    }
+    const bool remarks = cfrem(it) || is(it, cf_grprem);
+    if (!any)
+      continue;
+    gaps = grp->type == cf_grprem ? 0 : 1U << cf_remark;
+    if (holds_all || grp->type == cf_grpcat || grp->type == cf_grpval)
+      gaps |= 1U << cf_group;
+    if (holds_all && remarks)
+      gaps |= 1U << cf_param;
+  }
+  if (instance)
+    line(grp->link.group, "}");
+  return any || instance;
+}
+
 } // namespace
+
+string text_of(cfgroup *top) {
+  string out;
+  unsigned gaps = 0;
+  print(top, out, gaps);
+  return out;
+}
 
 size_t check_tree(cfnode *root) {
   const auto all = kit::nodes(root);

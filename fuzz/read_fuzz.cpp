@@ -109,9 +109,9 @@ void read(std::string_view bytes) {
   for (cflexer *lex : {static_cast<cflexer *>(&asks), static_cast<cflexer *>(nullptr)}) {
     const kit::reading got = kit::read(bytes, lex);
     const kit::tree top(got.top);
-    need(got.said == plain.said && got.nrow == plain.row, "every fault is told with its line");
+    need(got.said == plain.said && got.nrow == plain.row, "every fault is reported with its line");
     need(got.result == got.said.empty(), "a fault makes a reading fail");
-    need(kit::dump(got.top) == kit::dump(plain.top), "the tree is as told");
+    need(kit::dump(got.top) == kit::dump(plain.top), "the tree is as expected");
     check_tree(&got.top->link);
   }
   const kit::tree catalog(cfcatalog(plain.top));

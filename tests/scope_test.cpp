@@ -110,6 +110,7 @@ TEST(Check, OfElementsThatNoFileGives) {
 TEST(Check, TakesWhatASloppyGenscopeWrites) {
   const kit::meter memory;
   const kit::tree top(kit::read("a=\nb=\nc=\nd=\n").top);
+  const size_t before = memory.sizes.size();
   static size_t calls;
   cfparser parser{};
   // Much and little by turns is announced, and all of it written or next to nothing, never an end.
@@ -123,12 +124,14 @@ TEST(Check, TakesWhatASloppyGenscopeWrites) {
   asked.clear();
   EXPECT_EQ(cfparse(&parser, top.get(), "f"), 1);
   EXPECT_EQ(asked, "n n " + string(5000, 'n') + " nn ");
+  EXPECT_EQ(memory.sizes.size(), before + 1) << "one buffer serves for all";
   kit::said();
 }
 
-/// The default, by a function of the application.
+/// The default, by a function of the application, which notes that it is called.
 unsigned int own_genscope(char *text, cfnode *nd) {
   cfdiff dfl{};
+  asked = "own";
   return cfdiffdfl(&dfl)->genscope(text, nd);
 }
 
@@ -147,6 +150,7 @@ TEST(Comparison, SeesWhatDiffers) {
   cfdiff unfiltered{}, direct{}, slot{};
   direct.chkscope = slot.chkscope = [](const char *scope) { return int{*scope != '\0'}; };
   slot.genscope = own_genscope;
+  asked.clear();
   for (cfdiff *diff : {&unfiltered, &direct, &slot})
     for (const auto &[a, b, expected] : rows) {
       const kit::tree one(kit::read(a).top), two(kit::read(b).top);
@@ -158,6 +162,7 @@ TEST(Comparison, SeesWhatDiffers) {
                                          : cfdiffnd(diff, &catalog1->link, &catalog2->link));
       }
       EXPECT_EQ(result, expected) << a << b;
+      EXPECT_EQ(asked, diff == &slot ? "own" : "");
     }
 }
 
@@ -181,6 +186,12 @@ TEST(Comparison, AsksWhatTakesPart) {
   }
   EXPECT_EQ(asked, "::alpha.host:: ::alpha.host:: host::port host::addr host::port host::addr "
                    "::keep ::KEEP ::x. ");
+  const kit::tree inst(cfnewgrp("", "g", cf_grpinst, 1)); // a root within begins anew
+  cfaddgrp(inst.get(), cfaddpar(cfnewgrp("", "", cf_grptop, 1), cfnewpar("k", "", 1)));
+  cfaddpar(inst.get(), cfnewpar("l", "", 1));
+  asked.clear();
+  EXPECT_EQ(cfdiffnd(&diff, &inst->link, &inst->link), 0);
+  EXPECT_EQ(asked, "::g. ::g. ::k ::k ::g.l ::g.l ");
 }
 
 } // namespace
