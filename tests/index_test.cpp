@@ -51,9 +51,11 @@ string dump(cfgroup *grp) {
 string reports;
 void report(const char *, ...) { reports += '!'; }
 string check(cfgroup *top) {
-  struct cfmsgs sink = {};
-  sink.emsg = report;
-  const struct cfmsgs former = cfmsgs(&sink);
+  constexpr struct cfmsgs sink = {report, nullptr, nullptr};
+  const struct restored {
+    struct cfmsgs former;
+    ~restored() { cfmsgs(&former); }
+  } guard = {cfmsgs(&sink)};
   cfparser parser = {};
   parser.scopedef = [](const char *scope) {
     static cfscope definition;
@@ -62,7 +64,6 @@ string check(cfgroup *top) {
     return &definition;
   };
   cfparse(&parser, top, "f");
-  cfmsgs(&former);
   return std::exchange(reports, "");
 }
 
