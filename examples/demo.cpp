@@ -73,14 +73,6 @@ void show(const std::vector<cf::diagnostic> &diagnostics) {
     std::cout << "  " << d << '\n';
 }
 
-void show(const cf::change &c) {
-  std::cout << "  " << c.path;
-  if (c.kind == cf::kind::changed)
-    std::cout << ": " << c.old_text << " -> " << c.new_text << '\n';
-  else
-    std::cout << (c.kind == cf::kind::added ? " added\n" : " removed\n");
-}
-
 /// The lines that only one of two texts has. Blanks at the ends of a line do not count.
 void show_lines(const std::string &of, const std::string &other, char mark) {
   const auto lines = [](const std::string &text) {
@@ -183,7 +175,7 @@ int main() try {
 
   step("The changes, for a service that reloads");
   for (const cf::change &c : cf::changes(cf::parse(before, schema), cf::load(fname, schema)))
-    show(c);
+    std::cout << "  " << c << '\n';
   std::cout << "\nDone.\n";
 } catch (const cf::error &e) {
   show(e.diagnostics());

@@ -7,17 +7,6 @@
 
 namespace {
 
-//! [show]
-void show(const cf::change &c) {
-  std::cout << c.path;
-  if (c.kind == cf::kind::changed)
-    std::cout << ": " << c.old_text << " -> " << c.new_text;
-  else
-    std::cout << (c.kind == cf::kind::added ? " added" : " removed");
-  std::cout << " (line " << (c.new_line ? c.new_line : c.old_line) << ")\n";
-}
-//! [show]
-
 //! [reload]
 /// Takes over a new file. If it has a fault, the service goes on with the old document.
 void reload(cf::document &current, const char *fname) {
@@ -29,7 +18,7 @@ void reload(cf::document &current, const char *fname) {
     return;
   }
   for (const cf::change &c : cf::changes(current, next.document))
-    show(c);
+    std::cout << c << '\n';
   current = std::move(next.document);
 }
 //! [reload]

@@ -34,8 +34,14 @@ void need(bool kept) {
     std::abort();
 }
 
-/// A catalog as text: its levels in any order and case, as edits may leave them, but not those that
-/// ran empty.
+std::string lower(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+/// A catalog as text, without what depends on earlier edits: the order and case of its levels, and
+/// the empty ones.
 std::string dump(cfgroup *grp) {
   std::set<std::string> levels;
   std::string text;
@@ -45,12 +51,10 @@ std::string dump(cfgroup *grp) {
     else if (cfgrp(it)->type == cf_grpinst)
       text += '{' + dump(cfgrp(it)) + '}';
     else if (const std::string held = dump(cfgrp(it)); !held.empty())
-      levels.insert(std::string(cfgrp(it)->cat) + '/' + cfgrp(it)->name + held);
+      levels.insert(lower(std::string(cfgrp(it)->cat) + '/' + cfgrp(it)->name) + held);
   for (const std::string &it : levels)
     text += it + ' ';
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
+  return lower(text);
 }
 
 /// Asks for all values. One that a load has accepted is given.

@@ -1,5 +1,5 @@
-// entry: where the fuzzer calls the target. Short inputs would never need an index: with every other
-// size, lists have one from the start.
+// entry: where the fuzzer calls the target. Inputs are too short for lists that need an index, so
+// inputs of an even size give every list an index.
 // SPDX-License-Identifier: MIT
 #include "node/index.h"
 #include "oracles.h"

@@ -4,8 +4,8 @@
 ///
 /// SPDX-License-Identifier: MIT
 ///
-/// A program declares a cf::schema, and cf::load gives a cf::document that fulfils it, or throws a
-/// cf::error with all that is wrong with the file: each with line, column, path and reason. Values
+/// A program declares a cf::schema, and cf::load returns a cf::document that fulfils it, or throws
+/// a cf::error that lists every fault of the file with its line, column, path and reason. Values
 /// are read and edited through cf::group. The header needs C++20, exceptions, a POSIX system and
 /// the library that cf.h declares.
 #ifndef CF_HPP

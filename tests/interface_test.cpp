@@ -211,7 +211,7 @@ TEST(Interface, FaultsOfSyntaxSpoilOnlyTheirPart) {
       {"g {\n b = 1\n h {\n }\n }\n c = 1\n}\na = x",
        "7:1: error: } without a group\n8:5: error: a: \"x\" is not an integer\n"},
       {"a = x\ng {\n b = 1\nfoo {\n bad = 1\n}\n",
-       "1:5: error: a: \"x\" is not an integer\n2:1: error: this group is not ended by a }\n"},
+       "1:5: error: a: \"x\" is not an integer\n2:1: error: g: this group is not ended by a }\n"},
       {"\xef\xbb\xbfmust = 1",
        "1:1: error: the text begins with a byte order mark, which does not belong to the format\n"},
       {"e {\n e = x\n}\nmust = 1", "2:6: error: e.e: \"x\" is not an integer\n"},
@@ -593,35 +593,34 @@ TEST(Interface, Saving) {
 }
 
 TEST(Interface, Changes) {
-  const auto told = [](const char *before, const char *after, const cf::schema *schema = &rules) {
+  const auto differences = [](const char *before, const char *after,
+                              const cf::schema *schema = &rules) {
     std::string text;
     const auto read = [&](const char *it) {
       return schema ? cf::parse(it, *schema) : cf::parse(it);
     };
     const cf::document one = read(before), other = read(after);
     for (const cf::change &it : cf::changes(one, other))
-      text += std::string(it.kind == cf::change::added     ? "+"
-                          : it.kind == cf::change::removed ? "-"
-                                                           : "*") +
-              it.path + " " + std::to_string(it.old_line) + "," + std::to_string(it.new_line) +
-              " [" + it.old_text + "][" + it.new_text + "]\n";
+      text += std::to_string(it.old_line) + " " + to_string(it) + '\n';
     return text;
   };
+  EXPECT_EQ(differences("grace = 5m\nworkers = 4\nlevel = INFO\nports = 1,2",
+                        "ports = 0x1, 2\ngrace = 300s"),
+            "");
+  EXPECT_EQ(differences("grace = 5m", "grace = 300s", nullptr), "1 grace: 5m -> 300s (line 1)\n");
   EXPECT_EQ(
-      told("grace = 5m\nworkers = 4\nlevel = INFO\nports = 1,2", "ports = 0x1, 2\ngrace = 300s"),
-      "");
-  EXPECT_EQ(told("grace = 5m", "grace = 300s", nullptr), "*grace 1,1 [5m][300s]\n");
-  EXPECT_EQ(told("workers = 5\nmotto = a", "motto = A\n\nverbose = true"),
-            "*motto 2,1 [a][A]\n-workers 1,0 [5][]\n+verbose 0,3 [][true]\n");
-  EXPECT_EQ(told("listen = a\nlisten = b", "listen = a\nlisten = c\nlisten = d"),
-            "*listen 2,2 [b][c]\n+listen 0,3 [][d]\n");
+      differences("workers = 5\nmotto = a", "motto = A\n\nverbose = true"),
+      "2 motto: a -> A (line 1)\n1 workers: removed 5 (line 1)\n0 verbose: added true (line 3)\n");
+  EXPECT_EQ(differences("listen = a\nlisten = b", "listen = a\nlisten = c\nlisten = d"),
+            "2 listen: b -> c (line 2)\n0 listen: added d (line 3)\n");
   EXPECT_EQ(
-      told("host a {\n addr = x\n}\nhost b {\n addr = x\n}",
-           "host c {\n addr = x\n}\nhost A {\n addr = x\n port = 22\n disk d {\n  path = p\n }\n}"),
-      "+host c 0,1 [][]\n-host b 4,0 [][]\n+host A.disk d 0,7 [][]\n");
-  EXPECT_EQ(
-      told("zone z {\n ttl = 1s\n}\nzone z {\n ttl = 2s\n}", "zone z {\n ttl = 1s\n}\nzone z {\n}"),
-      "-zone z.ttl 5,0 [2s][]\n");
+      differences(
+          "host a {\n addr = x\n}\nhost b {\n addr = x\n}",
+          "host c {\n addr = x\n}\nhost A {\n addr = x\n port = 22\n disk d {\n  path = p\n }\n}"),
+      "0 host c: added (line 1)\n4 host b: removed (line 4)\n0 host A.disk d: added (line 7)\n");
+  EXPECT_EQ(differences("zone z {\n ttl = 1s\n}\nzone z {\n ttl = 2s\n}",
+                        "zone z {\n ttl = 1s\n}\nzone z {\n}"),
+            "5 zone z.ttl: removed 2s (line 5)\n");
 }
 
 TEST(Interface, SampleReadsBack) {
@@ -641,6 +640,14 @@ TEST(Interface, SampleReadsBack) {
                        cf::any(cf::key("x").integer(5).required()).at_least(2),
                        cf::one("example", cf::key("y").text().nonempty().required()).required()};
   EXPECT_EQ(faults(has.sample(), has), "") << has.sample();
+  const cf::schema wordy{
+      cf::one("g", cf::key("k").text().help(std::string(5000, 'x') + std::string(99, ' ') + "y"))
+          .required(),
+      cf::each("h", cf::key("k").text().help("l\r\n\1")).at_least(2).many()};
+  EXPECT_EQ(faults(wordy.sample(), wordy), "");
+  EXPECT_NE(wordy.sample().find("# required\ng {\n"), std::string::npos);
+  EXPECT_NE(wordy.markdown().find("| `h NAME` | group | at least 2, equal names allowed |  |\n"),
+            std::string::npos);
 }
 
 TEST(Interface, SchemaRefusesContradictions) {

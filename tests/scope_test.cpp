@@ -136,7 +136,7 @@ unsigned int own_genscope(char *text, cfnode *nd) {
 }
 
 TEST(Comparison, SeesWhatDiffers) {
-  // Two files, and what is compared as different: trees, trees with remarks, catalogs, with remarks,
+  // Two files, and which comparisons differ: trees, trees with remarks, catalogs, with remarks,
   // with targets, with both.
   const char *const rows[][3] = {{"h a {\nk = 1\n}\n", "H A {\nK = 1\n}\n", "000000"},
                                  {"k = 1\n", "k = 2\n", "111111"},

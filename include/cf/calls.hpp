@@ -1,5 +1,5 @@
 /// @file calls.hpp
-/// @brief Calls of the core: with messages caught, elements owned, and blocks looked through.
+/// @brief Calls of the core: messages are caught, elements have owners, blocks are transparent.
 ///
 /// SPDX-License-Identifier: MIT
 #ifndef CF_CALLS_HPP
@@ -26,9 +26,9 @@
 
 namespace cf::detail {
 
-/// What the core says while it reads.
+/// The syntax faults that the core reports while it reads.
 struct reading_faults {
-  std::vector<std::size_t> lines{}; // that it could not make out, in their order
+  std::vector<std::size_t> lines{}; // in their order
 };
 
 inline thread_local reading_faults *listening = nullptr;
@@ -47,7 +47,7 @@ CF_FORMAT inline void hear(const char *format, ...) {
 CF_FORMAT inline void ignore(const char *, ...) {}
 [[noreturn]] inline void out_of_memory(const char *) { throw std::bad_alloc(); }
 
-/// While it lives, the thread's messages are caught, and exhausted memory is std::bad_alloc.
+/// While it exists, the thread's messages are caught, and exhausted memory is std::bad_alloc.
 class caught_messages {
 public:
   explicit caught_messages(reading_faults *faults = nullptr) : outer(listening) {
@@ -67,7 +67,7 @@ private:
   reading_faults *outer;
 };
 
-/// Deletes an element. A manager that throws has carried out the deletion.
+/// Deletes an element. What the memory manager throws is dropped: the deletion is complete.
 template <class Element, void (*Delete)(Element *)> void quietly(Element *elem) noexcept {
   try {
     Delete(elem);
@@ -96,8 +96,8 @@ inline const cfremark *as_remark(const cfnode *nd) {
   return reinterpret_cast<const cfremark *>(nd);
 }
 
-/// The first group or parameter of `owner` from `nd` on, blocks looked through; NULL after the
-/// last.
+/// The first group or parameter that `owner` holds, from `nd` on; NULL after the last. Blocks are
+/// transparent.
 inline cfnode *element(const cfgroup *owner, cfnode *nd) {
   for (;;)
     switch (nd->type) {
@@ -127,7 +127,7 @@ inline cfgroup *group_from(const cfgroup *owner, cfnode *nd) {
   return nd ? as_group(nd) : nullptr;
 }
 
-/// The group that holds an element, blocks looked through; NULL for the top.
+/// The group that holds an element, where blocks are transparent; NULL for the top.
 inline cfgroup *parent_of(const cfnode *nd) {
   cfgroup *grp = nd->group;
   while (grp && grp->type != cf_grpinst && grp->link.group)
@@ -145,8 +145,8 @@ inline std::string below(std::string path, std::string_view name) {
   return path.empty() || name.empty() ? path.append(name) : path.append(".").append(name);
 }
 
-/// The path of an element: the titles of the groups around it and its own, with points between
-/// them. Of many groups, only the innermost.
+/// The path of an element: the titles of the groups around it and its own, separated by points. If
+/// there are many groups, only the innermost.
 inline std::string path_of(const cfnode *nd) {
   constexpr std::size_t most = 20;
   std::vector<cfnode *> groups;

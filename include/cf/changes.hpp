@@ -12,7 +12,8 @@ namespace cf {
 /// What happened to a value or a group.
 enum class kind { added, removed, changed };
 
-/// One difference between two documents. An added or removed group is one, whatever it holds.
+/// One difference between two documents. An added or removed group is one
+/// difference, whatever it holds.
 struct change {
   using enum cf::kind;
 
@@ -24,9 +25,32 @@ struct change {
   std::string new_text;    ///< Its value now; empty for a group, and if it is not there.
 };
 
+/// @return the one-line form, without line end: "PATH: OLD -> NEW (line N)" for a changed value,
+///     "PATH: added NEW (line N)" or "PATH: removed OLD (line N)" for others; a group has no value.
+///     The line is that of the newer document, if the element is there.
+inline std::string to_string(const change &c) {
+  const std::string was = detail::shown(c.old_text), is = detail::shown(c.new_text);
+  const long line = c.new_line ? c.new_line : c.old_line;
+  std::string text = c.path + ": ";
+  if (c.kind == change::changed)
+    text += detail::joined({was, " -> ", is});
+  else if (c.kind == change::added)
+    text += detail::joined({"added", is.empty() ? "" : " ", is});
+  else
+    text += detail::joined({"removed", was.empty() ? "" : " ", was});
+  return line ? detail::joined({text, " (line ", std::to_string(line), ")"}) : text;
+}
+
+/// Writes the one-line form, without line end. @return `out`.
+template <class Traits>
+std::basic_ostream<char, Traits> &operator<<(std::basic_ostream<char, Traits> &out,
+                                             const change &c) {
+  return out << to_string(c).c_str();
+}
+
 namespace detail {
 
-/// True if two texts are the same item of a key: by value, or as texts if that is all there is.
+/// True if two texts are the same item of a key: as values, or as texts where there are none.
 inline bool same_item(const key_rule &rule, std::string_view one, std::string_view other) {
   if (one == other || !refusal(rule, one).empty() || !refusal(rule, other).empty())
     return one == other;
@@ -113,7 +137,7 @@ private:
                                           : detail::compare(olds[i], news[j]);
       cfnode *was = sign <= 0 ? older.members[olds[i].place] : nullptr;
       cfnode *is = sign >= 0 ? newer.members[news[j].place] : nullptr;
-      // Whether the side where it is not has others of its name.
+      // True if the other side has an element of this name too.
       const bool others = was ? j > 0 && detail::compare(news[j - 1], olds[i]) == 0
                               : i > 0 && detail::compare(olds[i - 1], news[j]) == 0;
       pair(was, is, others, it.of);
@@ -159,8 +183,9 @@ private:
 } // namespace detail
 
 /// Compares two documents. Groups and values are paired by category, name or key and, among equals,
-/// by position; for the rest the order does not count. With one schema in common values are
-/// compared as what they are, and a key that is not there equals its default; otherwise as texts.
+/// by position; otherwise the order does not count. If the documents share a schema, values are
+/// compared by their types, and an absent key equals its default; if not, values are compared as
+/// texts.
 /// @return the differences, sorted by line.
 inline std::vector<change> changes(const document &before, const document &after) {
   const detail::state &older = detail::access::of(before), &newer = detail::access::of(after);

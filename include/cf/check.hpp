@@ -11,7 +11,7 @@ namespace cf::detail {
 
 class checking {
 public:
-  /// @param heads for each line of a head: 1 if the group may miss what a fault hides.
+  /// @param heads as recovery::doubtful.
   checking(const state &document, const std::vector<std::size_t> &heads, findings &list)
       : doc(document), doubtful(heads), found(list) {}
 
@@ -31,13 +31,13 @@ public:
   std::vector<cfnode *> spoiled{};
 
 private:
-  /// A group and its level. Groups wait in a list: they are checked without recursion.
+  /// A group and its level. Groups wait in a list, so that the check needs no recursion.
   struct task {
     cfgroup *grp;
     const level *of;
     bool again; // another group of its name came before
   };
-  /// The first element of a rule in the group that was looked at last.
+  /// The elements of a rule in the group that was checked last: the first, and how many.
   struct sight {
     const cfgroup *owner = nullptr;
     const cfnode *first = nullptr;
@@ -49,9 +49,10 @@ private:
   findings &found;
   std::vector<sight> seen{}; // by the ids of the schema
   std::vector<task> pending{};
-  std::vector<std::size_t> groups{}; // of one group, that have names of their own: where they wait
-  name_table table{};                // their names
-  bool hides = false;                // in that group is one that may be what seems to be missing
+  std::vector<std::size_t>
+      groups{};       // in one group, those whose names must differ: places in `pending`
+  name_table table{}; // their names
+  bool hides = false; // a name at fault in that group may hide what seems to be missing
 
   void check(const task it) {
     hides = false;
@@ -68,7 +69,7 @@ private:
       check_missing(it);
   }
 
-  /// Notes that an element of a rule is there, and gives the first one of its group.
+  /// Counts an element of a rule. Returns what is known of the rule in that group.
   sight &see(std::size_t id, const task &in, const cfnode *nd) {
     sight &it = seen[id];
     if (it.owner != in.grp)

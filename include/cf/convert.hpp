@@ -35,7 +35,7 @@ concept whole_like = std::integral<T> && !std::same_as<T, bool> && !std::same_as
 template <class T>
 concept duration_like = is_duration<T> && !std::chrono::treat_as_floating_point_v<typename T::rep>;
 
-/// What get() may be asked for, in classes.
+/// The kinds of types that get() may be asked for.
 enum class want { text, boolean, integer, real, duration, word, custom };
 
 template <class T> constexpr want want_of() {
@@ -78,7 +78,7 @@ inline bool fits(const key_rule &rule, want wanted, const void *tag) {
   return false;
 }
 
-/// A whole number as T, which has a range of its own.
+/// A whole number as T; refused if it is not in the range of T.
 template <std::integral T> outcome<T> as_integral(whole number, std::string_view text) {
   constexpr whole low = std::numeric_limits<T>::min(), high = std::numeric_limits<T>::max();
   if (number < low || number > high)
@@ -86,7 +86,7 @@ template <std::integral T> outcome<T> as_integral(whole number, std::string_view
   return static_cast<T>(number.bits);
 }
 
-/// A whole number as T, which has all its digits.
+/// A whole number as T; refused if T cannot hold all its digits.
 template <std::floating_point T> outcome<T> as_floating(whole number, std::string_view text) {
   const std::uint64_t magnitude = number.magnitude();
   if (magnitude &&
@@ -95,10 +95,10 @@ template <std::floating_point T> outcome<T> as_floating(whole number, std::strin
   return number.negative ? -static_cast<T>(magnitude) : static_cast<T>(magnitude);
 }
 
-/// Nanoseconds as a duration, which has a unit and a range of its own.
+/// Nanoseconds as T; refused if its unit or its range cannot express them.
 template <class T> outcome<T> as_duration(whole nanoseconds, std::string_view text) {
   using rep = typename T::rep;
-  using ticks = std::ratio_divide<std::nano, typename T::period>; // in a nanosecond
+  using ticks = std::ratio_divide<std::nano, typename T::period>; // of T in a nanosecond
   const auto count = static_cast<std::int64_t>(nanoseconds.bits); // it is within 292 years
   if constexpr (std::chrono::treat_as_floating_point_v<rep>) {
     return T(static_cast<rep>(count) * static_cast<rep>(ticks::num) / static_cast<rep>(ticks::den));
@@ -114,7 +114,7 @@ template <class T> outcome<T> as_duration(whole nanoseconds, std::string_view te
   }
 }
 
-/// The rule of a key where there is no schema: what is asked for decides.
+/// The rule that serves without a schema: the type that is asked for decides.
 inline const key_rule &plain_rule(want wanted) {
   static const key_rule rules[] = {key_rule(type::text), key_rule(type::boolean),
                                    key_rule(type::integer), key_rule(type::real),
@@ -122,12 +122,12 @@ inline const key_rule &plain_rule(want wanted) {
   return rules[wanted <= want::duration ? static_cast<std::size_t>(wanted) : 0];
 }
 
-/// What `next` makes of a number, or why there is none.
+/// The result of `next` for a number, or why there is no number.
 template <class Number, class Next> auto then(const outcome<Number> &from, Next next) {
   return from ? next(*from) : decltype(next(*from))(refused(from.reason()));
 }
 
-/// A value of type T from a text that a file or the schema gives; the type fits the rule.
+/// Converts a text of the file or the schema to T, which fits the rule.
 template <class T> outcome<T> convert(const key_rule &rule, std::string_view text) {
   if (rule.type == type::custom && rule.tag == tag<T>()) {
     outcome<T> result = static_cast<const converter_to<T> &>(*rule.custom).convert(text);
@@ -161,7 +161,7 @@ struct draft {
   want given{};                // what it was
   const void *tag = nullptr;   // of an enumeration
   std::uint64_t number = 0;    // of an enumeration, whose text only the schema knows
-  const char *fault = nullptr; // why no text can say it; NULL: one can
+  const char *fault = nullptr; // why no text can express it; NULL: one can
 };
 
 template <class T>

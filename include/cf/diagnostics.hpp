@@ -24,12 +24,12 @@ enum class severity { warning, error };
 /// What kind of fault a diagnostic reports.
 enum class fault {
   file,      ///< A file cannot be read or written, is too large, or was changed by someone else.
-  syntax,    ///< A line is none of the format, or braces do not match.
+  syntax,    ///< A line does not follow the format, or braces do not match.
   unknown,   ///< The schema does not have this key or group.
-  duplicate, ///< A key or group that may be there once is there again.
+  duplicate, ///< A key or group that may occur once occurs again.
   value,     ///< A value is not of its type, or not in its range.
-  missing,   ///< A required key or group is not there.
-  suspicious ///< Valid, but hardly meant so: quotes, a remark after a value, a deprecated key.
+  missing,   ///< A required key or group is absent.
+  suspicious ///< Valid, but probably a mistake: quotes, a remark after a value, a deprecated key.
 };
 
 /// One fault of a file.
@@ -37,17 +37,17 @@ struct diagnostic {
   cf::severity severity = cf::severity::error; ///< Error or warning.
   cf::fault fault = cf::fault::value;          ///< Kind of the fault.
   std::string file;    ///< Name of the file as given to the load; empty for a text without a name.
-  long line = 0;       ///< Line from 1; 0: none, as for what the whole file misses.
-  long column = 0;     ///< Column from 1, in bytes; 0: none.
+  long line = 0;       ///< Line, from 1; 0 if there is none, as for a key that the file lacks.
+  long column = 0;     ///< Column in bytes, from 1; 0 if there is none.
   std::string path;    ///< Which element: "tls.cert", "upstream app03.port"; may be empty.
   std::string message; ///< What is wrong with it.
-  std::string hint;    ///< What may help, as "did you mean workers?"; may be empty.
+  std::string hint;    ///< A suggestion such as "did you mean workers?"; may be empty.
 };
 
 /// @return the one-line form, without line end: "FILE:LINE:COLUMN: SEVERITY: PATH: MESSAGE (HINT)";
 ///     parts that are empty or 0 are left out.
 inline std::string to_string(const diagnostic &d) {
-  std::string line = d.file;
+  std::string line = detail::shown(d.file, detail::everything);
   for (const long place : {d.line, d.column})
     if (place > 0)
       line += detail::joined({line.empty() ? "" : ":", std::to_string(place)});
@@ -64,11 +64,11 @@ std::basic_ostream<char, Traits> &operator<<(std::basic_ostream<char, Traits> &o
   return out << to_string(d).c_str();
 }
 
-/// The exception for everything that is wrong with a file, with what it says, or with an edit of
-/// it. Mistakes of the program itself are std::logic_error.
+/// Thrown for faults of a file, of its contents, or of an edit. A mistake of the program itself is
+/// a std::logic_error instead.
 class error : public std::runtime_error {
 public:
-  /// @param list at least one diagnostic; what() is their one-line forms, a line for each.
+  /// @param list at least one diagnostic. what() returns their one-line forms, one per line.
   explicit error(std::vector<diagnostic> list)
       : std::runtime_error(lines(list)), all(new shared_list{{}, std::move(list)}) {}
 

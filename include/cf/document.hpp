@@ -12,7 +12,7 @@ namespace cf {
 
 /// How a document is saved. Every member has a default.
 struct saving {
-  std::size_t max_size = static_cast<std::size_t>(-1); ///< Nothing larger is written, in bytes.
+  std::size_t max_size = static_cast<std::size_t>(-1); ///< In bytes; a larger text is not written.
   bool overwrite = false; ///< Write also if someone else changed the file since the load.
 };
 
@@ -23,11 +23,11 @@ concept view = std::same_as<T, std::string_view>;
 
 } // namespace detail
 
-/// A configuration file in memory. It owns its tree, and handles of its groups lead into it. It can
-/// be moved, and handles stay valid. Threads may read a document at once while none edits it.
+/// A configuration file in memory. It owns its tree, to which handles of groups refer. It can be
+/// moved, and handles stay valid. Several threads may read a document while none edits it.
 ///
-/// A document is used as a cf::group, for its top: that describes all calls. Nothing that leads
-/// into it is given by a temporary document.
+/// A document has the calls of a cf::group, for its top group; they are described there. A
+/// temporary document returns nothing that refers to it.
 class document {
 public:
   /// An empty document without a schema.
@@ -150,8 +150,8 @@ public:
   std::vector<diagnostic> check() const { return checked().second; }
 
   /// Saves the document, with its remarks, so that the file is the old one or the new one whatever
-  /// happens: writes a temporary file beside it, reads that back, and renames it. Owner and mode
-  /// are kept, a symbolic link is followed.
+  /// happens: writes a temporary file in the same folder, reads that back, and renames it. Owner
+  /// and mode are kept, and a symbolic link is followed.
   /// @throws cf::error, and the file is as it was, if the document has errors or its text had
   ///     syntax faults, if the file was changed by someone else since the load or the last save, or
   ///     if the system refuses; if only the folder cannot be synchronised, the file is new.
@@ -168,8 +168,8 @@ public:
     return detail::print_text(state().tree.get());
   }
 
-  /// @return the tree for functions of cf.h, owned by the document. What they edit, the catalog and
-  ///     handles of what they delete do not see.
+  /// @return the tree for functions of cf.h, owned by the document. Their edits
+  ///     do not change the catalog, and end handles of what they delete.
   cfgroup *tree() const & { return state().tree.get(); }
   cfgroup *tree() const && = delete;
   /// As tree().

@@ -11,7 +11,7 @@ namespace cf {
 
 namespace detail {
 
-/// The depth of a group: how many groups are around what it holds.
+/// How many groups are around what a group holds.
 inline std::size_t depth_of(const cfgroup *grp) {
   std::size_t depth = 0;
   for (; grp && grp->type == cf_grpinst; grp = parent_of(&grp->link))
@@ -19,8 +19,8 @@ inline std::size_t depth_of(const cfgroup *grp) {
   return depth;
 }
 
-/// The reference of a group in the catalog, or the group itself if there is no catalog: what
-/// functions of the core are given, so that tree and catalog change together.
+/// The group that functions of the core take so that tree and catalog change together: its
+/// reference in the catalog, or the group itself if there is no catalog.
 inline cfgroup *counterpart(const state &doc, cfgroup *grp) {
   if (!doc.catalog)
     return grp;
@@ -35,7 +35,7 @@ inline cfgroup *counterpart(const state &doc, cfgroup *grp) {
     while (ref && ref->link.ref != &wanted->link)
       ref = cfgrp(ref->link.next);
     if (!ref)
-      return grp; // made by C functions, which did not tell the catalog
+      return grp; // C functions made it, and the catalog lacks it
     owner = ref;
   }
   return owner;
@@ -56,7 +56,7 @@ inline std::vector<cfnode *> counterparts(const state &doc, cfgroup *grp,
   return pars;
 }
 
-/// The node of `owner`'s own list that an element is, or that holds it, as a block does.
+/// The element itself or the block around it, whichever is in the list of `owner`.
 inline cfnode *outermost(const cfgroup *owner, cfnode *nd) {
   while (nd->group != owner)
     nd = &nd->group->link;
@@ -72,8 +72,8 @@ inline std::vector<cfnode *> params_of(const cfgroup *grp, std::string_view key)
   return list;
 }
 
-/// In front of what a new value belongs: after the key's last one or the last key, or before the
-/// first group.
+/// The node before which a new value belongs, so that it comes after the key's last value, else
+/// after the last key, else before the first group.
 inline cfnode *place_for(cfgroup *grp, cfnode *after) {
   cfnode *last = after, *group = nullptr;
   for (cfnode *nd = first_element(grp); nd && !after; nd = next_element(grp, nd))
@@ -95,7 +95,7 @@ inline void insert(const state &doc, cfgroup *grp, owned_param par, cfnode *afte
     cfchainnd(place, nd);
 }
 
-/// Puts a value in the place of all that a key has: of these, or of their references.
+/// Replaces all values of a key, given as elements or as their references, by one.
 inline void replace(owned_param par, const std::vector<cfnode *> &old) {
   for (std::size_t i = old.size(); i-- > 1;)
     cfcatdelnd(old[i]);
@@ -103,7 +103,7 @@ inline void replace(owned_param par, const std::vector<cfnode *> &old) {
   par.release();
 }
 
-/// True if a key takes what the program gives.
+/// True if a key accepts the type of what the program gives.
 inline bool takes(const key_rule &rule, const draft &given) {
   switch (given.given) {
   case want::text: return true;
@@ -114,7 +114,7 @@ inline bool takes(const key_rule &rule, const draft &given) {
   }
 }
 
-/// Why a key does not take a value; empty if it does. `before`: the bytes before it in its line.
+/// Why a key does not accept a value; empty if it does. `before`: the bytes before it in its line.
 inline std::string value_reason(const key_rule *rule, const draft &given, std::size_t before) {
   std::string_view item;
   std::string reason = given.fault ? given.fault : unwritable(given.text, before);
@@ -160,7 +160,7 @@ inline void section::require_name(std::string_view text, const char *what, names
                {detail::quoted(text), " is not a ", what, ": ", detail::name_rule(allowed)}));
 }
 
-/// Refuses a value of another type than the key's, and finds the text of one of an enumeration.
+/// Refuses a value whose type is not the key's, and finds the word for one of an enumeration.
 inline void section::require_type(std::string_view key, const detail::key_rule *rule,
                                   detail::draft &given) const {
   if (rule ? !detail::takes(*rule, given) : given.given == detail::want::word)

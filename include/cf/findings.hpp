@@ -1,5 +1,5 @@
 /// @file findings.hpp
-/// @brief Findings: what a check meets, kept until it is known which of them become diagnostics.
+/// @brief Findings: faults that a check notes, until it is known which of them become diagnostics.
 ///
 /// SPDX-License-Identifier: MIT
 #ifndef CF_FINDINGS_HPP
@@ -32,8 +32,8 @@ public:
     return rest.substr(0, rest.find('\n'));
   }
 
-  /// The columns of the first byte that is no blank, and of the first byte of a value; 0: no such
-  /// line.
+  /// The column of the first byte that is not a blank, or of the first byte of the value; 0 if
+  /// there is no such line.
   long column(long number) const {
     const std::string_view whole = line(number);
     return whole.empty() ? 0 : column_in(whole, 0);
@@ -48,7 +48,7 @@ private:
   std::string_view text;
   std::vector<std::size_t> starts;
 
-  /// The column of the first byte from `from` on that is no blank, or behind the line.
+  /// The column of the first byte from `from` on that is not a blank, or the one after the line.
   static long column_in(std::string_view whole, std::size_t from) {
     while (from < whole.size() && is_blank(whole[from]))
       ++from;
@@ -56,19 +56,21 @@ private:
   }
 };
 
-/// Something wrong with an element: what costs little to note. Paths, columns and hints come later.
+/// A fault, in a form that costs little to note. Its path, column and hint are made only if it is
+/// reported.
 struct finding {
   cf::severity severity = cf::severity::error;
   cf::fault fault = cf::fault::value;
   long line = 0;
-  const cfnode *at = nullptr; // the element, or the group that misses something; NULL: none
-  std::string_view lacks{};   // what it misses
-  long offset = -1;           // in the value; negative: the element itself is meant
+  const cfnode *at = nullptr; // the element, or the group that lacks something; NULL: none
+  std::string_view lacks{};   // what that group lacks
+  long offset = -1;           // in the value; negative: the whole element is at fault
   std::string message{};
-  long first = 0;                 // line of the first of two
-  const level *of = nullptr;      // whose names a misspelt one may have meant
-  const key_rule *rule = nullptr; // whose words a misspelt one may have meant
-  long column = 0;                // if known already
+  long first = 0;                 // the line of the first of two equal names
+  const level *of = nullptr;      // whose names may be meant by a misspelt one
+  const key_rule *rule = nullptr; // whose words may be meant by a misspelt one
+  long column = 0;                // 0: to be found
+  std::string path{};             // of what is not in the tree
 
   /// Errors come before warnings, each by line.
   std::uint64_t order() const {
@@ -77,7 +79,7 @@ struct finding {
   }
 };
 
-/// Gathers findings, but keeps only those that will be wanted: errors before warnings, each by
+/// Collects findings. It keeps only the first `limit` of them: errors before warnings, each by
 /// line.
 class findings {
 public:
@@ -94,7 +96,7 @@ public:
       prune();
   }
 
-  /// What is kept at the end, and how many errors and warnings are not.
+  /// The findings that were kept, in order.
   std::vector<finding> take() {
     prune();
     return std::move(kept);
@@ -103,7 +105,7 @@ public:
 private:
   std::size_t most;
   std::vector<finding> kept;
-  bool pruned = false; // what is wanted is kept, in order, and then what came since
+  bool pruned = false; // `kept` begins with the first `most`, in order; newer ones follow
 
   void prune() {
     kept = in_order(std::move(kept), most, [](const finding &it) {

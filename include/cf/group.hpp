@@ -15,14 +15,14 @@ class index;
 
 namespace detail {
 
-/// What is known of a group that is not there.
+/// What is known about an absent group.
 struct absence : counted {
   absence(std::string_view cat, std::string_view called, bool has_defaults,
           shared<const absence> in)
       : category(cat), name(called), defaults(has_defaults), above(std::move(in)) {}
   std::string category, name;
   bool defaults;               // its keys have their defaults
-  shared<const absence> above; // if what would hold it is not there either
+  shared<const absence> above; // the group that would hold it, if that is absent too
 };
 
 /// A key as it was looked up.
@@ -37,8 +37,8 @@ struct looked_up {
 
 /// A handle of a group of a document: small, copied freely, and like a pointer in that a constant
 /// handle changes its group too. It is valid as long as the document lives, also if that is moved,
-/// and the group is not erased. A handle may stand for a group that is not there: it converts to
-/// false, has no keys and no groups, gives the defaults of the schema, and refuses edits.
+/// and the group is not erased. A handle may refer to an absent group: then it converts to false,
+/// has no keys and no groups, gives the defaults of the schema, and refuses edits.
 ///
 /// Case does not count in names and keys. Keys and groups that the schema does not have are
 /// mistakes of the program: std::logic_error. Wherever a key is named, so is a value of another
@@ -49,7 +49,7 @@ struct looked_up {
 /// the enumeration of the key's words; the type of `as<T>`.
 class section {
 public:
-  /// Stands for no group of any document.
+  /// Refers to no group of any document.
   section() = default;
 
   /// @return true if the group is there.
@@ -107,15 +107,15 @@ public:
   }
   /// As group().
   section operator[](std::string_view name) const { return child({}, name); }
-  /// @return all groups, in the order of the file, as a range of handles. Edits of the group end
-  ///     it.
+  /// @return all groups, in the order of the file, as a range of handles, which is valid
+  ///     until the group is edited.
   group_range groups() const;
   /// @return the groups of a category, as groups().
   group_range groups(std::string_view category) const;
-  /// @return the keys that the file gives, in its order; one that it gives several times comes as
-  ///     often.
+  /// @return the keys that the file gives, in its order; a key with several values occurs as often.
   key_range keys() const;
-  /// @return a table of the groups of a category, for finding very many by name. An edit ends it.
+  /// @return a table of the groups of a category, for finding very many by name; valid until the
+  ///     document is edited.
   cf::index index(std::string_view category) const;
 
   /// @return an exception for a fault that the program itself finds with the value of a key, to be
@@ -146,7 +146,7 @@ public:
   section add_group(std::string_view category, std::string_view name) const;
   /// As above, for a group without category.
   section add_group(std::string_view name) const { return add_group({}, name); }
-  /// Removes the group with all it holds and the remarks that belong to it; all handles of it end.
+  /// Removes the group with all it holds and the remarks that belong to it; its handles end.
   /// @throws cf::error if the group is not there, std::logic_error for the top.
   void erase() const;
 

@@ -1,5 +1,5 @@
 /// @file hints.hpp
-/// @brief Hints: what a fault probably was meant to be. Made only for faults that are reported.
+/// @brief Hints: what the author of a file probably meant. Made only for faults that are reported.
 ///
 /// SPDX-License-Identifier: MIT
 #ifndef CF_HINTS_HPP
@@ -9,7 +9,7 @@
 
 namespace cf::detail {
 
-/// What is probably not meant in a value that is valid; NULL: nothing.
+/// What looks like a mistake in a valid value; NULL if nothing does.
 inline const char *suspicion(std::string_view value) {
   if (value.size() > 1 && (value[0] == '"' || value[0] == '\'') && value.back() == value[0])
     return "the quotes are part of the value";
@@ -19,7 +19,7 @@ inline const char *suspicion(std::string_view value) {
   return nullptr;
 }
 
-/// The word of a key that an item of its value is like.
+/// Suggests the word of a key that an item of its value resembles.
 inline std::string word_hint(const key_rule &rule, std::string_view value, long offset) {
   std::string_view item;
   value.remove_prefix(static_cast<std::size_t>(offset));
@@ -30,7 +30,7 @@ inline std::string word_hint(const key_rule &rule, std::string_view value, long 
   return search.hint();
 }
 
-/// The key of a level that an unknown one is like.
+/// Suggests what an unknown key of a level probably means.
 inline std::string key_hint(const level &of, std::string_view key) {
   if (of.find_role(role::one, key))
     return joined({key, " is a group: ", key, " {"});
@@ -40,7 +40,7 @@ inline std::string key_hint(const level &of, std::string_view key) {
   return search.hint();
 }
 
-/// The group of a level that an unknown one is like.
+/// Suggests what an unknown group of a level probably means.
 inline std::string group_hint(const level &of, const cfgroup &grp) {
   const std::string_view category = grp.cat, name = grp.name;
   if (category.empty() && of.find_key(name))
@@ -56,9 +56,9 @@ inline std::string group_hint(const level &of, const cfgroup &grp) {
   return search.hint();
 }
 
-/// What may help, or nothing.
+/// The hint for a finding; empty if there is none.
 inline std::string hint_for(const finding &it) {
-  constexpr std::size_t most = 1000; // of so many names nobody means one of them
+  constexpr std::size_t most = 1000; // among more names the search would take too long
   const cfparam *par = it.at && it.at->type == cf_param ? as_param(it.at) : nullptr;
   if (it.first > 0)
     return joined({"first in line ", std::to_string(it.first)});

@@ -59,8 +59,8 @@ public:
   requires std::is_enum_v<E> detail::enum_key<E>
   words(std::initializer_list<std::pair<const char *, E>> list)
   const { return {called, list}; }
-  /// A type of the application. It is asked at the load and by each get(), from all threads that
-  /// do.
+  /// A type of the application. The function is called at the load and by each get(), in the
+  /// thread that makes the call.
   /// @param function takes a text, as std::string_view or anything made of a C string, and returns
   ///     a T or cf::outcome<T>. What it throws is passed on.
   template <class T, class F> detail::custom_key<T> as(F function) const {

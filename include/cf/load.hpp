@@ -10,12 +10,12 @@
 
 namespace cf {
 
-/// What a try_load() or try_parse() gives.
+/// The result of try_load() and try_parse().
 struct result {
-  cf::document document; ///< All that syntax faults do not spoil, also after errors.
+  cf::document document; ///< All that syntax faults did not spoil, even if there are errors.
   std::vector<diagnostic>
-      diagnostics{};  ///< Sorted by line; at most options::limit, and one that counts.
-  bool valid = false; ///< There is no error, also none beyond the limit.
+      diagnostics{};  ///< Sorted by line; at most options::limit, and one that counts the rest.
+  bool valid = false; ///< True if there is no error, not even beyond the limit.
 
   /// @return true if there is no error; there may be warnings.
   explicit operator bool() const noexcept { return valid; }
@@ -29,8 +29,7 @@ struct access {
   static state &of(const document &doc) { return doc.state(); }
 };
 
-/// Reads what is left of a text with syntax faults. Gives the lines of groups that may miss what a
-/// fault hides, as in recovery::doubtful.
+/// Reads what is left of a text with syntax faults. Returns recovery::doubtful.
 inline std::vector<std::size_t> recover(state &doc, reading_faults &faults, findings &found) {
   recovery salvage(doc.text, doc.lines(), doc.readable());
   const std::string left = salvage.run(faults, found);
@@ -58,7 +57,7 @@ inline bool add_zero_bytes(const state &doc, reading_faults &faults) {
   return true;
 }
 
-/// Takes groups out whose names the reader let through, but nobody may have.
+/// Deletes groups whose names the reader accepts for the sake of other levels, but not the schema.
 inline void remove_spoiled(state &doc, const std::vector<cfnode *> &groups) {
   const caught_messages guard;
   doc.damaged |= !groups.empty();
@@ -66,7 +65,7 @@ inline void remove_spoiled(state &doc, const std::vector<cfnode *> &groups) {
     cfcatdelnd(grp);
 }
 
-/// The result of a text that was not read: a document without elements, which cannot be saved
+/// The result if a text could not be read: a document without elements, which cannot be saved
 /// unless there was no file.
 inline result failed(owned_state own, int cause) {
   result it;
@@ -128,8 +127,8 @@ inline document valid(result it) {
 } // namespace detail
 
 /// Loads a file. @param path of the file, also in messages unless `how` names it otherwise.
-/// @return the document and all that is wrong with it, errors and warnings; also if the file cannot
-///     be read. @throws std::bad_alloc, and what functions of `as<T>` throw.
+/// @return the document and all errors and warnings; also if the file cannot be read.
+/// @throws std::bad_alloc, and what functions of `as<T>` throw.
 inline result try_load(const std::string &path, const schema &rules, options how = {}) {
   return detail::read_file(path, detail::access::book(rules), std::move(how));
 }
@@ -148,7 +147,7 @@ inline result try_parse(std::string_view text, options how = {}) {
 }
 
 /// Loads a file. @return the document; its warnings are in document::warnings().
-/// @throws cf::error with all that is wrong with the file; and as try_load().
+/// @throws cf::error with all errors and warnings if there is an error; and as try_load().
 inline document load(const std::string &path, const schema &rules, options how = {}) {
   return detail::valid(try_load(path, rules, std::move(how)));
 }

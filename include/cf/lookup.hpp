@@ -36,13 +36,13 @@ inline std::string section::path(std::string_view key) const {
   return detail::below(path, detail::shown(key));
 }
 
-/// A mistake of the program.
+/// Throws for a mistake of the program.
 inline void section::misuse(std::string_view name, const std::string &why) const {
   const std::string subject = path(name);
   throw std::logic_error(detail::joined({subject, subject.empty() ? "" : ": ", why}));
 }
 
-/// What the file is to blame for, in the line of the group.
+/// Throws for a fault of the file, in the line of the group.
 inline void section::refuse(cf::fault fault, std::string path, std::string message) const {
   diagnostic d{severity::error,    fault, doc ? doc->options.name : "", line(), 0, std::move(path),
                std::move(message), {}};
@@ -96,7 +96,7 @@ inline const detail::looked_up &section::required(const detail::looked_up &it) c
   return it;
 }
 
-/// Throws for a value that is not what is asked for. `item`: the part of it that is to blame.
+/// Throws for a value that is not what is asked for. `item`: the part at fault.
 inline void section::malformed(const detail::looked_up &it, std::string_view item,
                                std::string reason) const {
   if (!it.par)

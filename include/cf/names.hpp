@@ -14,8 +14,8 @@
 
 namespace cf::detail {
 
-/// The same for texts that are equal without case in any locale. In a Turkish locale of single
-/// bytes, I is the capital of a letter beyond ASCII: so i counts as those do.
+/// Maps bytes so that texts that are equal without case, in whatever locale, become the same. All
+/// bytes beyond ASCII become i: in a Turkish locale of single bytes, I is the capital of one.
 inline unsigned char fold(char c) {
   const auto byte = static_cast<unsigned char>(c);
   const auto lower = static_cast<unsigned char>(byte | 0x20);
@@ -29,8 +29,8 @@ inline std::uint64_t hash(std::string_view text, std::uint64_t seed = 0) {
   return sum * 0x9e3779b97f4a7c15; // the upper bits choose the bucket
 }
 
-/// A set of hashes, to which one is added in constant time. It may say of a new one that it is
-/// there.
+/// A set of hashes. Adding one takes constant time. Hashes that differ in the lowest bit alone
+/// count as equal.
 class hash_set {
 public:
   /// True if the hash is new.
@@ -64,12 +64,12 @@ private:
   }
 };
 
-/// Something that is sorted: by a number, then by a second one, a name without case, and its place.
+/// A key to sort by: a number, a kind, a name without case, and a place in a list.
 struct item {
   std::uint64_t number;
   std::size_t kind;
   const char *name;  // borrowed
-  std::size_t place; // where it comes from
+  std::size_t place; // in the list that is sorted
 };
 
 inline int compare(const item &one, const item &other) {
@@ -87,10 +87,8 @@ inline void sort(std::vector<item> &items) {
   });
 }
 
-inline constexpr auto everything = static_cast<std::size_t>(-1);
-
-/// The first elements of a list, at most so many, in the order that `key` gives: an item with a
-/// number and a kind for each. Of equal ones the first comes first.
+/// The first `most` elements of a list, in the order of the items that `key` makes of them. Equal
+/// elements keep their order.
 template <class T, class Key>
 std::vector<T> in_order(std::vector<T> list, std::size_t most, Key key) {
   std::vector<item> items;
@@ -107,8 +105,9 @@ std::vector<T> in_order(std::vector<T> list, std::size_t most, Key key) {
   return sorted;
 }
 
-/// Names in the order of their hashes, with a directory of where each bucket begins. Names that
-/// were chosen to collide are in alphabetical order within their bucket: they cost a logarithm.
+/// Names sorted by their hashes, with a directory of where each bucket begins. Within a bucket,
+/// names with equal hashes are in alphabetical order. So a name is found in logarithmic time even
+/// among names that were chosen to collide.
 class name_table {
 public:
   static constexpr std::size_t none = static_cast<std::size_t>(-1);
@@ -122,7 +121,7 @@ public:
   /// Sorts what was added; of equal names the first place comes first.
   void sort() { detail::sort(items); }
 
-  /// Calls `twice(again, first)` with the items of each name that comes again, after sort().
+  /// After sort(): calls `twice(again, first)` for each item whose name has occurred before.
   template <class Twice> void repeated(Twice twice) const {
     for (std::size_t i = 1, first = 0; i < items.size(); ++i)
       if (compare(items[first], items[i]) == 0)
@@ -131,7 +130,7 @@ public:
         first = i;
   }
 
-  /// Makes the directory, after sort().
+  /// After sort(): makes the directory.
   void index() {
     shift = 64 - static_cast<int>(std::bit_width(items.size() | 1));
     starts.assign((std::size_t{1} << (64 - shift)) + 1, 0);
@@ -141,7 +140,7 @@ public:
       starts[i] += starts[i - 1];
   }
 
-  /// The first place of a name, or `none`. After index().
+  /// After index(): the first place of a name, or `none`.
   std::size_t find(std::string_view name, std::size_t kind = 0) const {
     if (items.empty())
       return none;
@@ -158,7 +157,7 @@ public:
     return low != end && side(*low, sum, kind, name) == 0 ? low->place : none;
   }
 
-  /// What was added; after sort() in an order that any two tables share.
+  /// All items. After sort(), tables with the same names have them in the same order.
   const std::vector<item> &all() const { return items; }
 
 private:

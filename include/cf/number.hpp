@@ -95,13 +95,13 @@ inline refused not_a(std::string_view text, std::string_view what) {
   return refused(joined({quoted(text), " is not ", what}));
 }
 
-/// Why digits are no number, where they are not all digits or too many.
+/// Why a text is not a number: not all of it is digits, or the number is out of range.
 inline refused bad_digits(std::string_view text, std::errc error, std::string_view what) {
   return error == std::errc::result_out_of_range ? refused(shown(text).append(" is out of range"))
                                                  : not_a(text, what);
 }
 
-/// "0x" in front of hexadecimal digits.
+/// Removes "0x" before hexadecimal digits. True if it was there.
 inline bool cut_hex(std::string_view &digits) {
   const bool hex = digits.size() > 2 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X');
   digits.remove_prefix(hex ? 2 : 0);
@@ -189,7 +189,7 @@ template <std::floating_point T> std::string to_text(T number) {
   return {buffer, std::to_chars(buffer, buffer + sizeof buffer, number).ptr};
 }
 
-/// A unit behind a number, and what it counts.
+/// A unit after a number, and what it is worth.
 struct unit {
   std::string_view name;
   std::uint64_t worth;
@@ -205,7 +205,7 @@ inline constexpr unit time_units[] = {{"d", 86'400'000'000'000},
 inline constexpr unit size_units[] = {
     {"t", 1ULL << 40}, {"g", 1 << 30}, {"m", 1 << 20}, {"k", 1 << 10}};
 
-/// Nanoseconds of a text as "1h30m": each unit at most once, the larger first.
+/// Reads a duration such as "1h30m", in nanoseconds: each unit at most once, the larger first.
 inline outcome<whole> to_duration(std::string_view text) {
   if (text == "0")
     return whole(0);
@@ -235,7 +235,7 @@ inline outcome<whole> to_duration(std::string_view text) {
   return whole(sum);
 }
 
-/// A duration as it is written: the largest unit first.
+/// A duration as text, the largest unit first.
 inline std::string duration_text(whole nanoseconds) {
   if (nanoseconds == whole(0))
     return "0s";
@@ -249,7 +249,8 @@ inline std::string duration_text(whole nanoseconds) {
   return text;
 }
 
-/// Bytes of a text as "64k": a number, and at most one of the letters k, m, g, t in either case.
+/// Reads a size such as "64k", in bytes: a number, and at most one of the letters k, m, g and t in
+/// either case.
 inline outcome<whole> to_size(std::string_view text) {
   constexpr std::string_view what = "a size as 4096, 64k or 10M";
   std::string_view rest = text;
@@ -269,7 +270,7 @@ inline outcome<whole> to_size(std::string_view text) {
   return not_a(text, what);
 }
 
-/// A size for people: with a unit where that is exact.
+/// A size as text, with a unit where that is exact.
 inline std::string size_text(whole bytes) {
   for (const unit &it : size_units)
     if (!bytes.negative && bytes.bits >= it.worth && bytes.bits % it.worth == 0)

@@ -1,6 +1,6 @@
 /// @file ownership.hpp
-/// @brief Ownership: pointers that own alone or together. Smaller than those of the standard
-///     library, whose header would be a good part of the time that this one takes to compile.
+/// @brief Ownership: unique and shared pointers. Smaller than those of the standard library, whose
+///     header <memory> would add much to the time that cf.hpp takes to compile.
 ///
 /// SPDX-License-Identifier: MIT
 #ifndef CF_OWNERSHIP_HPP
@@ -11,7 +11,7 @@
 
 namespace cf::detail {
 
-/// A pointer that owns alone.
+/// A pointer that is the only owner.
 template <class T, void (*Release)(T *) noexcept> class owned {
 public:
   explicit owned(T *made = nullptr) noexcept : it(made) {}
@@ -37,7 +37,7 @@ private:
 
 template <class T> void destroy(T *it) noexcept { delete it; }
 
-/// The base of what is owned together: it counts its owners. A copy has owners of its own.
+/// The base of objects with several owners: it counts them. A copy of the object has none yet.
 struct counted {
   mutable long owners = 0;
   counted() = default;
@@ -45,7 +45,7 @@ struct counted {
   counted &operator=(const counted &) noexcept { return *this; }
 };
 
-/// A pointer that owns together with its copies, which may be in other threads.
+/// A pointer that is one of several owners. They may be in different threads.
 template <class T> class shared {
 public:
   shared() = default;

@@ -9,9 +9,9 @@
 
 namespace cf::detail {
 
-/// Goes over a tree as the printer does, and adds up the lengths of its lines without the empty
-/// ones. It stops at a line that would not be read back. A deep tree prints to far more than its
-/// file, so this comes before the text is made.
+/// Walks a tree as the printer does, and adds up the lengths of its lines without the empty ones.
+/// It stops at a line that is too long to be read back. A deep tree is much larger as text than its
+/// file was, so this comes before the text is made.
 class printed_size {
 public:
   std::size_t bytes = 0;
@@ -58,11 +58,11 @@ private:
   }
 };
 
-/// Where a line ends without what nobody wrote: the carriage return that a remark keeps from
-/// another system, the indentation of an empty line, and the blank after the mark of an empty
-/// remark.
+/// Where a line ends without the bytes that no author wants: carriage returns, which a remark keeps
+/// from line ends of another system; the indentation of an empty line; and the blank after the # of
+/// an empty remark.
 inline std::size_t line_end(std::string_view text, std::size_t from, std::size_t end) {
-  if (end > from && text[end - 1] == '\r')
+  while (end > from && text[end - 1] == '\r')
     --end;
   const std::size_t solid = std::min(text.find_first_not_of(' ', from), end);
   if (solid == end)

@@ -23,7 +23,7 @@ public:
     using value_type = section;
     using difference_type = std::ptrdiff_t;
     using reference = section;
-    /// What `->` leads through.
+    /// Holds the handle that `->` refers to.
     struct pointer {
       section it;
       const section *operator->() const { return &it; }

@@ -9,7 +9,7 @@
 
 namespace cf::detail {
 
-/// The head of a group as it stands in a line: what is before the brace, in words.
+/// The head of a group in a line: category and name.
 struct head {
   std::string_view category{}, name{};
   bool valid = false;
@@ -29,7 +29,7 @@ struct head {
   }
 };
 
-// The slots of a reader that lets groups have names as of hosts.
+// Slots for a reader that accepts host names as names of groups.
 
 inline int is_host_head(cflexer *lex) { return head(lex->row, names::hosts).valid; }
 inline cfgroup *scan_host_head(cflexer *lex) {
@@ -38,12 +38,12 @@ inline cfgroup *scan_host_head(cflexer *lex) {
                   lex->nrow);
 }
 
-/// Reads a text. The lines that are none of the format are in `faults`; they, and braces that do
-/// not match, make the result NULL.
+/// Reads a text. The result is NULL if lines do not follow the format, which are then in `faults`,
+/// or if braces do not match.
 inline owned_group read_text(std::string_view text, names allowed, reading_faults &faults) {
   if (text.empty())
     text = "\n"; // not every system makes a stream of nothing
-  // The stream is for reading: it leaves the text as it is.
+  // A stream for reading does not change the text.
   const stream source = checked(fmemopen(const_cast<char *>(text.data()), text.size(), "r"));
   struct record {
     cflexer lex{};

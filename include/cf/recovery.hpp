@@ -31,7 +31,8 @@ public:
     return rest();
   }
 
-  /// For each line of a head, 0 being the file: 1 if the group may miss what a fault hides.
+  /// By the line of a group's head, 0 for the file: 1 if a fault may hide what the group seems to
+  /// lack.
   std::vector<std::size_t> doubtful;
   /// The line of the source for each line of what is left.
   std::vector<std::size_t> rows{};
@@ -39,7 +40,7 @@ public:
 private:
   struct opened {
     long row;
-    bool bad, brace; // `brace`: its head has one
+    bool bad, brace; // `brace`: its head has a brace
   };
   struct ended {
     long head, end;
@@ -48,7 +49,7 @@ private:
   struct steps {
     std::ptrdiff_t ends = 0, begins = 0;
   };
-  // What is kept of a line: so many braces that end groups, or the whole.
+  // What is kept of a line: a number of braces that end groups, or the whole line.
   static constexpr auto whole = static_cast<std::size_t>(-1);
 
   std::string_view text;
@@ -56,8 +57,8 @@ private:
   names allowed;
   std::vector<std::size_t> kept; // of each line
   std::vector<opened> open{};    // the groups around the line
-  std::vector<ended> closed{};   // the groups of the file since the last brace without a group
-  bool loose = false;            // after the last of them came a parameter of the file
+  std::vector<ended> closed{};   // groups at the top that ended since the last stray brace
+  bool loose = false;            // a parameter at the top follows the last of them
   bool more_ends = false;        // more lines end groups than begin some
   long brace_of_head = 0;        // the line with the brace of a head in the line before
 
@@ -89,7 +90,7 @@ private:
       open.push_back({row, bad || assigns || inside, line.find('{') != line.npos});
   }
 
-  /// A reason that the line alone does not tell.
+  /// The reason if the line alone does not show it; else empty.
   std::string reason(long row, bool assigns) const {
     if (assigns)
       return "between the name of a group and its { is no =";
@@ -196,9 +197,22 @@ private:
     while (last > 0 && (open[last - 1].bad || !open[last - 1].brace))
       --last;
     if (last > 0)
-      report(open[last - 1].row, "this group is not ended by a }", found);
+      found.add({.fault = fault::syntax,
+                 .line = open[last - 1].row,
+                 .message = "this group is not ended by a }",
+                 .path = path_to(last)});
     drop(open.front().row, lines.count());
     doubt(0);
+  }
+
+  /// The path of the open group number `count`.
+  std::string path_to(std::size_t count) const {
+    std::string path;
+    for (std::size_t i = 0; i < count; ++i) {
+      const head found(lines.line(open[i].row), allowed);
+      path = below(std::move(path), shown(title(std::string(found.category).c_str(), found.name)));
+    }
+    return path;
   }
 
   std::string rest() {
@@ -216,7 +230,7 @@ private:
   }
 };
 
-/// Gives elements the lines of the source, after a line of it became several.
+/// Gives the elements their lines in the source, since recovery may turn a line into several.
 inline void renumber(cfgroup *top, const std::vector<std::size_t> &rows) {
   for (cfnode *nd = top->elem.next; nd != &top->elem;)
     if (nd->type == cf_anchor) {

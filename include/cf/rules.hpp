@@ -1,5 +1,5 @@
 /// @file rules.hpp
-/// @brief Rules: what a schema says of a key and of the groups, as it is kept.
+/// @brief Rules: the stored form of what a schema says about keys and groups.
 ///
 /// SPDX-License-Identifier: MIT
 #ifndef CF_RULES_HPP
@@ -14,8 +14,8 @@ namespace cf::detail {
 /// The type of a key.
 enum class type { text, boolean, integer, real, duration, size, word, custom };
 
-/// One address for each T. Of a variable that is not const: a linker may merge constants and
-/// functions.
+/// A distinct address for each T. The variable is not const, because a linker may merge constants
+/// and functions.
 template <class T> inline char tag_of{};
 template <class T> inline const void *tag() { return &tag_of<T>; }
 
@@ -28,7 +28,7 @@ struct word {
 /// A conversion of the application's own.
 struct converter : counted {
   virtual ~converter() = default;
-  /// Why a text is no value; empty if it is one.
+  /// Why a text is not a value; empty if it is.
   virtual std::string refusal(std::string_view text) const = 0;
 };
 
@@ -53,7 +53,7 @@ template <class T> struct default_of : custom_default {
   T value;
 };
 
-/// What the schema says of one key.
+/// What the schema says about one key.
 struct key_rule {
   key_rule() = default;
   explicit key_rule(detail::type of) : type(of) {}
@@ -88,7 +88,7 @@ struct key_rule {
   }
 };
 
-/// A whole number as a value of this key is written.
+/// Writes a whole number in the notation of the key's type.
 inline std::string written(const key_rule &rule, whole number) {
   switch (rule.type) {
   case type::duration: return duration_text(number);
@@ -115,7 +115,7 @@ inline std::string high_text(const key_rule &rule) {
   return rule.high == whole::most() ? "" : written(rule, rule.high);
 }
 
-/// The whole number of an integer, a size or a duration that the rule takes.
+/// Reads an integer, a size or a duration, and checks its range.
 inline outcome<whole> whole_of(const key_rule &rule, std::string_view text) {
   outcome<whole> result = rule.type == type::duration ? to_duration(text)
                           : rule.type == type::size   ? to_size(text)
@@ -126,7 +126,7 @@ inline outcome<whole> whole_of(const key_rule &rule, std::string_view text) {
   return result;
 }
 
-/// The real number that the rule takes.
+/// Reads a real number, and checks its range.
 inline outcome<double> real_of(const key_rule &rule, std::string_view text) {
   outcome<double> result = to_real<double>(text);
   if (result && (*result < rule.least || *result > rule.most))
@@ -142,7 +142,7 @@ inline std::string list_of(const std::vector<word> &words) {
   return list;
 }
 
-/// Why a text is no value of this key, of a list no item; empty if it is one.
+/// Why a text is not a value of this key, or not an item if that is a list; empty if it is.
 inline std::string refusal(const key_rule &rule, std::string_view text) {
   switch (rule.type) {
   case type::text: return rule.nonempty && text.empty() ? "must not be empty" : "";
@@ -157,7 +157,7 @@ inline std::string refusal(const key_rule &rule, std::string_view text) {
   return rule.find_word(text) ? "" : joined({quoted(text), " is not one of ", list_of(rule.words)});
 }
 
-/// Takes the next item from the front of a list, without the blanks around it. False: it was the
+/// Takes the next item from the front of a list, without the blanks around it. False if it was the
 /// last.
 inline bool take_item(std::string_view &rest, char separator, std::string_view &item) {
   const std::size_t end = separator ? rest.find(separator) : rest.npos;
@@ -166,7 +166,7 @@ inline bool take_item(std::string_view &rest, char separator, std::string_view &
   return end != rest.npos;
 }
 
-/// Why a text is no value of this key, and in `item` the part of it that is to blame.
+/// Why a text is not a value of this key; empty if it is. `item` becomes the part at fault.
 inline std::string refusal(const key_rule &rule, std::string_view text, std::string_view &item) {
   for (bool more = true; more;) {
     more = take_item(text, rule.separator, item);
@@ -185,7 +185,7 @@ inline std::string_view type_name(type kind) {
   return names[static_cast<std::size_t>(kind)];
 }
 
-/// What a level of the schema stands for.
+/// What a level of the schema describes.
 enum class role {
   top,  ///< the file
   one,  ///< a group without category, by its name
@@ -193,21 +193,21 @@ enum class role {
   any   ///< the groups without category of any name
 };
 
-/// What the schema says of a group: what may be in it.
+/// What the schema says about the contents of a group.
 struct level {
   detail::role role = role::top;
   std::string name{}; // of `one`, category of `each`, else empty
   bool many = false, required = false;
   std::size_t at_least = 0;
-  bool hosts = false; // names as of hosts are allowed
+  bool hosts = false; // host names are allowed
   std::string help{};
   std::vector<key_rule> keys{};
   std::vector<level> groups{};
 
-  // What seal() makes.
+  // Set by seal().
   const level *above = nullptr;
   std::size_t id = 0;       // of the first key; its other keys and its groups follow
-  bool reads_hosts = false; // at the top: if any level allows names as of hosts
+  bool reads_hosts = false; // at the top: a level allows host names
   std::size_t ids = 0;      // at the top: how many there are in all
   name_table table{};       // keys, and groups by their role
   const level *any_group = nullptr;

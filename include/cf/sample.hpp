@@ -42,6 +42,15 @@ inline std::string usage_text(const key_rule &rule) {
   return rule.deprecated ? joined({text, ", deprecated: ", rule.notice}) : text;
 }
 
+/// How a group may be used: "required", "at least 2, equal names allowed"; "optional" if nothing
+/// more is to be said.
+inline std::string usage_text(const level &group) {
+  std::string text = group.required ? "required" : "optional";
+  if (group.at_least > 0)
+    text = joined({"at least ", std::to_string(group.at_least)});
+  return group.many ? text.append(", equal names allowed") : text;
+}
+
 /// A value for the sample file; nothing if none can be made.
 inline std::optional<std::string> example_of(const key_rule &rule) {
   if (!rule.example.empty())
@@ -62,11 +71,6 @@ inline std::optional<std::string> example_of(const key_rule &rule) {
   return std::nullopt;
 }
 
-/// True if a text can be a value of a file.
-inline bool is_line_value(std::string_view text) {
-  return trimmed(text) == text && text.find_first_of(std::string_view("\n\0", 2)) == text.npos;
-}
-
 /// Writes a schema as a file. It goes as deep as the schema.
 class sample_writer {
 public:
@@ -81,18 +85,25 @@ public:
   }
 
 private:
+  static constexpr std::size_t width = 90; // of a remark
+
   std::string indent{};
 
   void line(std::initializer_list<std::string_view> parts) {
     text += joined({indent, joined(parts), "\n"});
   }
 
-  /// Lines of a remark, without bytes that no line can hold.
+  /// Lines of a remark, without bytes that no line can hold. Long lines are broken at blanks.
   void remark(std::string_view words) {
     for (bool more = !words.empty(); more;) {
       std::string_view part;
       more = take_item(words, '\n', part);
-      line({"# ", shown(part, part.size())});
+      while (part.size() > width && part.rfind(' ', width) + 1 > 1) {
+        const std::size_t end = part.rfind(' ', width);
+        line({"# ", shown(trimmed(part.substr(0, end)), everything)});
+        part = trimmed(part.substr(end));
+      }
+      line({"# ", shown(part, longest_line / 2)});
     }
   }
 
@@ -109,10 +120,10 @@ private:
     begin_block();
     remark(rule.help);
     remark(joined({type_text(rule), "; ", usage_text(rule)}));
-    if ((rule.required || (rule.has_default && !rule.deprecated)) && value && is_line_value(*value))
+    if ((rule.required || (rule.has_default && !rule.deprecated)) && value)
       line({rule.name, " = ", *value});
     else
-      line({"# ", rule.name, " = ", value ? shown(*value, value->size()) : "..."});
+      line({"# ", rule.name, " = ", value ? *value : "..."});
   }
 
   static std::string name_for(const level &it, const level &of, std::size_t number) {
@@ -127,6 +138,8 @@ private:
   void write_group(const level &it, const std::string &head) { // NOLINT(misc-no-recursion)
     begin_block();
     remark(it.help);
+    if (const std::string use = usage_text(it); use != "optional")
+      remark(use);
     line({head, " {"});
     indent += "  ";
     write(it);
@@ -154,9 +167,9 @@ inline void write_rows(const level &of, const std::string &path, // NOLINT(misc-
                   cell(usage_text(rule)), " | ", cell(rule.help), " |\n"});
   for (const level &it : of.groups) {
     const std::string name = it.role == role::one ? it.name : title(it.name.c_str(), "NAME");
-    if (!it.help.empty() || it.keys.empty())
-      to += joined({"| `", below(path, name), "` | group | ", it.required ? "required" : "optional",
-                    " | ", cell(it.help), " |\n"});
+    const std::string use = usage_text(it);
+    if (!it.help.empty() || it.keys.empty() || use != "optional")
+      to += joined({"| `", below(path, name), "` | group | ", use, " | ", cell(it.help), " |\n"});
     write_rows(it, below(path, name), to);
   }
 }

@@ -132,7 +132,7 @@ inline void seal(level &it, level &top, const level *above) { // NOLINT(misc-no-
 
 } // namespace detail
 
-/// A group without category, by its name. If it is absent, nothing in it is missed.
+/// A group without category, by its name. If it is absent, what it requires is not missing.
 /// @param entries keys and groups: what it may hold.
 template <class... Entries> detail::one_group one(std::string name, const Entries &...entries) {
   return detail::one_group(std::move(name), entries...);

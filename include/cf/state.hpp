@@ -16,25 +16,25 @@ namespace cf {
 enum class unknown {
   error,   ///< Each is an error.
   warning, ///< Each is a warning.
-  ignored  ///< They are let through.
+  ignored  ///< They are accepted.
 };
 
 /// How a file is read. Every member has a default.
 struct options {
-  std::string name{};                       ///< For messages; empty: the path, or none.
-  std::size_t limit = 100;                  ///< At most so many diagnostics, and one that counts.
-  cf::unknown unknown = cf::unknown::error; ///< What the schema does not have is an error.
-  cf::names names = cf::names::identifiers; ///< What may be the name of a group.
+  std::string name{};                       ///< The file in messages; empty: the path.
+  std::size_t limit = 100;                  ///< The most diagnostics; one more counts the rest.
+  cf::unknown unknown = cf::unknown::error; ///< What the schema does not have.
+  cf::names names = cf::names::identifiers; ///< What names of groups may be.
   bool warnings = true;                     ///< Warn of quotes and of remarks after a value.
   std::size_t max_size =
-      static_cast<std::size_t>(-1); ///< A larger file or text is refused, in bytes.
+      static_cast<std::size_t>(-1); ///< In bytes; a larger file or text is refused.
 };
 
 namespace detail {
 
-/// What is remembered of the bytes of a file, to notice a change.
+/// A summary of the bytes of a file, to notice a change.
 struct fingerprint {
-  bool exists = false; // the file
+  bool exists = false; // false: there is no file
   std::size_t size = 0;
   std::uint64_t sum = 0;
 
@@ -55,18 +55,18 @@ private:
   }
 };
 
-/// What a document owns. It stays in its place when the document moves.
+/// What a document owns. Its address stays the same when the document moves.
 struct state {
   shared<const rulebook> book; // NULL: no schema
   cf::options options;
   std::string text;
   owned_group tree, catalog; // `catalog` is NULL until it is asked for
   std::vector<diagnostic> warnings{};
-  const cfgroup *names_of = nullptr; // the group that got a new group last; NULL: none
-  hash_set taken{};                  // the names of its groups
+  const cfgroup *names_of = nullptr; // the group to which a group was added last; NULL: none
+  hash_set taken{};                  // hashes of the names of its groups
   bool damaged = false;              // the text had syntax faults
-  std::string origin{}; // the file that the document was loaded from or saved to; empty: none
-  fingerprint known{};  // its bytes
+  std::string origin{};              // the file that was loaded or saved last; empty: none
+  fingerprint known{};               // its bytes
 
   state(shared<const rulebook> schema, cf::options how, std::string source)
       : book(std::move(schema)), options(std::move(how)), text(std::move(source)) {}
@@ -77,9 +77,9 @@ struct state {
   /// The level of the top; NULL: no schema.
   const level *rules() const { return book ? &book->top : nullptr; }
 
-  /// The names that a reader of this document lets through.
+  /// The names of groups that the reader of this document accepts.
   names readable() const { return book && book->top.reads_hosts ? names::hosts : options.names; }
-  /// The names that groups of a level may have. NULL: a level that is not in the schema.
+  /// The names that groups of a level may have. NULL is a level that the schema does not have.
   names allowed(const level *group) const {
     return group && group->hosts ? names::hosts : options.names;
   }
@@ -124,8 +124,7 @@ inline diagnostic state::describe(const finding &it) const {
   } else if (it.line > 0 && d.column == 0) {
     d.column = it.offset < 0 ? lines().column(it.line) : lines().value_column(it.line) + it.offset;
   }
-  if (it.at)
-    d.path = below(path_of(it.at), it.lacks);
+  d.path = it.at ? below(path_of(it.at), it.lacks) : it.path;
   d.hint = hint_for(it);
   return d;
 }
@@ -151,7 +150,8 @@ inline std::vector<diagnostic> state::describe(findings &found) const {
   return list;
 }
 
-/// At least so many bytes the document has as text. Throws if a line of it would not be read back.
+/// The size of the document as text, in bytes, or a little less. Throws if a line would be too long
+/// to be read back.
 inline std::size_t printable_size(const state &doc) {
   const printed_size size(doc.tree.get());
   if (!size.too_long)

@@ -1,5 +1,5 @@
 /// @file syntax.hpp
-/// @brief Syntax faults: why a line is none of the format.
+/// @brief Syntax faults: why a line does not follow the format.
 ///
 /// SPDX-License-Identifier: MIT
 #ifndef CF_SYNTAX_HPP
@@ -16,7 +16,7 @@ struct line_fault {
   long column;
 };
 
-/// Looks for the reason why a line is none of the format.
+/// Finds the reason why a line does not follow the format.
 class line_critic {
 public:
   line_critic(std::string_view whole, names groups)
@@ -47,7 +47,7 @@ private:
   std::string_view line, text;
   names allowed;
 
-  /// A part that is empty is not in the line.
+  /// An empty part has no place in the line.
   line_fault at(std::string_view part, std::string message) const {
     return {std::move(message),
             part.empty() ? 1 : static_cast<long>(part.data() - line.data()) + 1};

@@ -15,17 +15,17 @@
 
 namespace cf {
 
-/// What may stand as the name of a group. Keys and categories are always identifiers.
+/// What the name of a group may consist of. Keys and categories are always identifiers.
 enum class names {
   identifiers, ///< A letter, then letters, digits and underscores.
-  hosts        ///< Also `-`, `.` and `:`, and a digit first: for names as `app-01.example.com`.
+  hosts ///< Also `-`, `.` and `:`, and a digit first, for names such as `app-01.example.com`.
 };
 
 } // namespace cf
 
 namespace cf::detail {
 
-/// Texts, one after the other.
+/// Concatenates texts.
 inline std::string joined(std::initializer_list<std::string_view> parts) {
   std::string whole;
   for (const std::string_view part : parts)
@@ -33,13 +33,13 @@ inline std::string joined(std::initializer_list<std::string_view> parts) {
   return whole;
 }
 
-/// Less than, equal to or greater than 0, as strcasecmp() says of texts: case does not count.
+/// Compares two texts without case. The sign of the result is that of strcasecmp().
 inline int compare(const char *text, std::string_view other) {
   const int sign = other.empty() ? 0 : strncasecmp(text, other.data(), other.size());
   return sign ? sign : std::strlen(text) != other.size();
 }
 
-/// True if two texts are equal as everywhere in the library.
+/// True if two texts are equal without case, as everywhere in the library.
 inline bool equal(const char *text, std::string_view wanted) {
   return std::strlen(text) == wanted.size() && compare(text, wanted) == 0;
 }
@@ -72,7 +72,9 @@ inline std::string_view trimmed(std::string_view text) {
   return text;
 }
 
-/// A text of a file as part of a message: control bytes as \xNN, and cut if it is long.
+/// A text of a file in a form for messages: control bytes become \xNN, and after `most` bytes the
+/// text is cut.
+inline constexpr auto everything = static_cast<std::size_t>(-1);
 inline std::string shown(std::string_view text, std::size_t most = 60) {
   constexpr std::string_view digits = "0123456789abcdef";
   std::string result;
@@ -90,17 +92,17 @@ inline std::string shown(std::string_view text, std::size_t most = 60) {
 
 inline std::string quoted(std::string_view text) { return joined({"\"", shown(text), "\""}); }
 
-/// The bytes of the longest line of a file, without its end.
+/// The longest line that can be read, in bytes, without the line end.
 inline constexpr std::size_t longest_line = 4094;
 
-/// Why a line of so many bytes would not be read; empty if it would.
+/// Why a line of `length` bytes cannot be read; empty if it can.
 inline std::string length_reason(std::size_t length) {
   if (length <= longest_line)
     return {};
   return joined({"the line would have more than ", std::to_string(longest_line), " bytes"});
 }
 
-/// Why no line can hold a text, after so many bytes, as a value; empty if one can.
+/// Why a text cannot be the value in a line in which `before` bytes precede it; empty if it can.
 inline std::string unwritable(std::string_view text, std::size_t before) {
   if (text.find_first_of(std::string_view("\n\0", 2)) != text.npos)
     return quoted(text).append(" has a line end or a zero byte");
@@ -134,7 +136,7 @@ inline std::size_t distance(std::string_view text, std::string_view wanted) {
   return row[text.size() % 3][wanted.size()];
 }
 
-/// Finds, of the names it is offered, the one that a misspelt word probably means.
+/// Finds the name that a misspelt word probably means, among those that are offered.
 class spelling {
 public:
   explicit spelling(std::string_view word)
@@ -157,7 +159,7 @@ public:
 
 private:
   std::string_view text, best;
-  std::size_t least; // a name with fewer edits is a better one
+  std::size_t least; // a better match needs fewer edits than this
 };
 
 } // namespace cf::detail
