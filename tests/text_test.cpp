@@ -91,12 +91,15 @@ TEST(Read, ScannersOfOddElements) {
   lex.scanpar = [](cflexer *it) { // the first element, again and again: it moves
     return cfempty(it->top) ? cfnewpar("k", "v", it->nrow) : cfpar(it->top->elem.next);
   };
-  lex.scangrp = [](cflexer *it) { // NULL, the root, another root
-    return it->nrow == 2 ? nullptr : it->nrow == 3 ? it->top : cfnewgrp("", "", cf_grptop, 4);
+  lex.scangrp = [](cflexer *it) { // NULL, the root, another root, that one again while it is open
+    return it->nrow == 2   ? nullptr
+           : it->nrow == 3 ? it->top
+           : it->nrow == 4 ? cfnewgrp("", "", cf_grptop, 4)
+                           : cfgrp(it->top->elem.prev);
   };
-  EXPECT_EQ(outcome(kit::read("a=1\na {\na {\na {\nb=2\n}\n", &lex)),
-            "E cfg:2: syntax error\nE cfg:3: syntax error\nE cfg:6: group end without begin\n"
-            "bad ::@-1(::@4(k=v@1))");
+  EXPECT_EQ(outcome(kit::read("a=1\na {\na {\na {\na {\nb=2\n}\n", &lex)),
+            "E cfg:2: syntax error\nE cfg:3: syntax error\nE cfg:5: syntax error\n"
+            "E cfg:7: group end without begin\nbad ::@-1(::@4(k=v@1))");
 }
 
 TEST(Read, StreamsThatFail) {
