@@ -1,5 +1,5 @@
 // Growth: what each operation costs for an element, on trees of each form and of growing size.
-// Use: cf_growth [OPERATION [FORM [SIZE...]]]; nothing or "all" stands for all.
+// Use: cf_growth [OPERATION [FORM [SIZE...]]]; nothing or "all" means all of them.
 // SPDX-License-Identifier: MIT
 #include "cf.h"
 #include "definitions.h"

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Prints the tables of a run. With a document, also puts them between its marks, and draws the charts
-beside it, in the directory charts.
+in the directory charts next to it.
 
 Use: report.py RESULTS [DOCUMENT]
 

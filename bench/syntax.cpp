@@ -91,7 +91,7 @@ const Lines xml_lines = {
     },
     [](const Element &grp) { return "</" + (grp.cat.empty() ? grp.name : grp.cat) + ">"; }};
 
-/// Sections do not nest in a file of sections: a group's follow behind its own.
+/// Sections do not nest in a file of sections: those of a group's groups follow its own.
 void putsections(std::string &out, const Element &grp, const std::string &path, bool whole_path) {
   for (const Element &child : grp.children) {
     switch (child.kind) {

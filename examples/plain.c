@@ -25,7 +25,7 @@ static cfscope symbols[] = {
 /*! [table] */
 
 /*! [scopedef] */
-/* True if a scope string matches a symbol. The star stands for one name. Case does not count,
+/* True if a scope string matches a symbol. The star matches one name. Case does not count,
  * because look-ups ignore it too. */
 static bool matches(const char *scope, const char *symbol) {
   const char *star = strchr(symbol, '*');

@@ -104,7 +104,7 @@ size_t check_tree(cfnode *root) {
 }
 
 void check_catalog(cfgroup *root) {
-  // What an owner stands for and the texts of levels; elements of the source, in order.
+  // By the target of an owner and the texts of the levels in it: elements of the source, in order.
   std::multimap<std::pair<cfgroup *, string>, cfnode *> expected, found;
   cfgroup *source = cfgrp(root->link.ref);
   for (cfnode *nd : kit::nodes(&source->link))

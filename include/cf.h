@@ -20,7 +20,7 @@
  *   ::wmsg. Exhausted memory goes to ::fail. All other outcomes are results.
  * - Stack use is constant, except for one frame for each step along a chain of references, as in
  *   catalogs over catalogs.
- * - A *slot* is a function pointer in the record of an operation; NULL stands for the default. An
+ * - A *slot* is a function pointer in the record of an operation; NULL means the default. An
  *   operation may look at its slots only when it begins: replacing a slot during a call may have no
  *   effect.
  * - A tree and all catalogs over it may be used by one thread at a time. Operations that only read
@@ -663,7 +663,7 @@ CF_API cfparam *cfcatgetpar(cfgroup *gc, const char *key, const char *val);
 
 /** Adds a group with all below it. It becomes the last element of the tree's group that `gc` refers
  * to, and each catalog from `gc` down to the tree files it.
- * @param gc an owner, or a category or name level, which stands for its owner. To a value level or
+ * @param gc an owner; a category or name level is taken as its owner. To a value level or
  *     a group of a plain tree, `elem` is linked as by ::cfaddgrp.
  * @param elem taken out of the list that it is in. If the manager throws, `elem` is in no list,
  *     nothing is filed, and the caller still owns it.
@@ -672,7 +672,7 @@ CF_API cfparam *cfcatgetpar(cfgroup *gc, const char *key, const char *val);
 CF_API cfgroup *cfcataddgrp(cfgroup *gc, cfgroup *elem);
 
 /** Adds a parameter, as ::cfcataddgrp adds a group.
- * @param gc an owner, or a value level, which stands for its owner. To another level or a group of
+ * @param gc an owner; a value level is taken as its owner. To another level or a group of
  *     a plain tree, `elem` is linked as by ::cfaddpar.
  * @param elem as in ::cfcataddgrp.
  * @return the new reference in this catalog; `elem` if it was only linked. */

@@ -581,7 +581,7 @@ TEST(Interface, Saving) {
   EXPECT_EQ(thrown([&] { doc.save(b, 10); }), b + ": error: would have more than 10 bytes");
   EXPECT_EQ(thrown([&] { doc.save(folder.path + "/none/a"); }),
             folder.path +
-                "/none/a: error: cannot create a file beside it: No such file or directory");
+                "/none/a: error: cannot create a file in its folder: No such file or directory");
   EXPECT_EQ(thrown([&] { doc.save("/dev/null"); }), "/dev/null: error: is not a regular file");
   doc.group("host", "x").erase("addr");
   EXPECT_EQ(lines(doc.check()), a + ":4:1: error: host x.addr: required, but missing\n");

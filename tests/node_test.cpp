@@ -201,7 +201,7 @@ string asked;
 int size, size_of_text;
 
 /// Notes how it is asked: for the size, for the size of a text, to convert.
-int told(const char *val, void *vval) {
+int evaluate(const char *val, void *vval) {
   asked += !val ? 's' : !vval ? 't' : 'c';
   EXPECT_EQ(reinterpret_cast<size_t>(vval) % (sizeof(void *) < 8 ? 8 : 16), 0U);
   return !val ? size : !vval ? size_of_text : *val == 'F' ? std::memset(vval, 'n', 16), -1 : 0;
@@ -227,9 +227,9 @@ TEST(Value, KeepsWhatItCannotReplace) {
         const int n = size < 0 ? size_of_text : size;
         const bool good = n == 0 || (n > 0 && *text == 'g');
         asked.clear();
-        EXPECT_EQ(cfevalpar(par, told), good);
-        EXPECT_TRUE(!good || cfevalpar(par, told)) << "it is there already: nothing is asked";
-        EXPECT_TRUE(par->eval == (good ? told : former) && asked == row.asked);
+        EXPECT_EQ(cfevalpar(par, evaluate), good);
+        EXPECT_TRUE(!good || cfevalpar(par, evaluate)) << "it is there already: nothing is asked";
+        EXPECT_TRUE(par->eval == (good ? evaluate : former) && asked == row.asked);
         EXPECT_TRUE(good || string(cfvstr(par), 16) == string(16, 'f'));
         EXPECT_TRUE(n > 0 || !good || cfvstr(par) == cfstr(par));
       }
@@ -242,7 +242,8 @@ TEST(Value, ReachesReferences) {
   EXPECT_EQ(cfevalpar(upper, cfevflt) ? cfflt(upper) : 0, 1);
   EXPECT_EQ(cfevalpar(upper, cfevintx) ? cfintx(par) : 0, 1);
   EXPECT_EQ(cfevalpar(par, sized<17>), 1);
-  EXPECT_TRUE(upper->eval == cfevintx && ref->vval == upper->vval) << "told only when they ask";
+  EXPECT_TRUE(upper->eval == cfevintx && ref->vval == upper->vval)
+      << "a reference sees a new value only when it is evaluated";
   EXPECT_EQ(cfevalpar(upper, sized<17>), 1);
   EXPECT_TRUE(upper->vval == par->vval && ref->vval == par->vval);
   EXPECT_TRUE(cfunevalpar(ref) == ref && upper->vval && !ref->vval && !par->vval && !par->eval);

@@ -55,8 +55,8 @@ cfscope *scopedef(const char *scope) {
   static cfscope record;
   asked += scope + string(" ");
   const char *hit = std::strstr(symbols, (' ' + string(scope) + '=').c_str());
-  const char told = hit ? std::strchr(hit, '=')[1] : '\0';
-  record = {"", told == 'b' ? cfevbool : told == 'i' ? cfevint : nullptr, told == 'm'};
+  const char kind = hit ? std::strchr(hit, '=')[1] : '\0';
+  record = {"", kind == 'b' ? cfevbool : kind == 'i' ? cfevint : nullptr, kind == 'm'};
   return hit ? &record : nullptr;
 }
 

@@ -59,8 +59,8 @@ cfgroup *catalog(cfgroup *top) {
   return root;
 }
 
-// What stands in a level or a block may bear other texts than that does, so that the last list of
-// each search is compared in full.
+// An element in a level or a block may have other texts than the level or block, so the last list
+// of each search is compared in full.
 
 const cfgroup *findgrp(const cfgroup *gc, const char *cat, const char *name) {
   const cfgroup *at = *cat ? seek(gc, cf_grpcat, &cfgroup::cat, cat) : gc;

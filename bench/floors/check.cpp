@@ -1,4 +1,4 @@
-// Floor of the check: scope strings behind a prefix that is kept, and the callbacks.
+// Floor of the check: scope strings after a prefix that is kept, and the callbacks.
 // SPDX-License-Identifier: MIT
 #include "floors/floors.h"
 #include "floors/records.h"
@@ -38,13 +38,13 @@ private:
   }
 
   void check(cfgroup *grp, const cfgroup *instance, char *scope, char *at) {
-    char *behind = stpcpy(stpcpy(at, grp->name), ".");
+    char *rest = stpcpy(stpcpy(at, grp->name), ".");
     if (*grp->cat) {
-      content(grp, grp, behind + 1, stpcpy(stpcpy(behind + 1, grp->cat), "::"));
+      content(grp, grp, rest + 1, stpcpy(stpcpy(rest + 1, grp->cat), "::"));
       stpcpy(stpcpy(stpcpy(stpcpy(at, grp->name), "."), grp->cat), "::");
     } else {
-      content(grp, grp, scope, behind);
-      *behind = '\0';
+      content(grp, grp, scope, rest);
+      *rest = '\0';
     }
     if (!scopedef(scope)->multi && treegrp(instance, grp->cat, grp->name) != grp)
       emsg("%ld: duplicate", grp->row);

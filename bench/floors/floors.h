@@ -20,8 +20,8 @@ cfgroup *readarena(std::FILE *fd); // the same from the arena
 /// Writes a tree: each line assembled and written by one fwrite().
 void print(std::FILE *fd, const cfgroup *top);
 
-/// Asks `scopedef` about each element, by a scope string put behind a prefix that is kept. What may
-/// occur but once is searched in its group, and evaluators are called.
+/// Asks `scopedef` about each element, by a scope string that is appended to a prefix. An element
+/// that may occur only once is searched for in its group, and evaluators are called.
 void check(cfgroup *top, cfscope *(*scopedef)(const char *));
 
 /// Files references to all elements, searching and linking.

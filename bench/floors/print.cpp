@@ -19,7 +19,7 @@ public:
       case cf_remark: line(nd, {"# ", asrem(nd)->txt, "\n"}); break;
       default: line(nd, {aspar(nd)->key, " = ", aspar(nd)->val, "\n"});
       }
-      blankbefore = behind(grp->type, nd);
+      blankbefore = after(grp->type, nd);
     }
   }
 
@@ -29,7 +29,7 @@ private:
   unsigned blankbefore = 0; // kinds of node that get a blank line before them, a bit each
   char buf[8192];
 
-  static unsigned behind(cfgroup_t holder, const cfnode *nd) {
+  static unsigned after(cfgroup_t holder, const cfnode *nd) {
     const bool rem =
         nd->type == cf_remark || (nd->type == cf_group && asgrp(nd)->type == cf_grprem);
     switch (holder) {

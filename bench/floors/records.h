@@ -11,7 +11,7 @@
 
 namespace bench::floors {
 
-constexpr std::size_t value_size = 16; // behind the record of a parameter
+constexpr std::size_t value_size = 16; // after the record of a parameter
 
 inline const cfgroup *asgrp(const cfnode *nd) { return reinterpret_cast<const cfgroup *>(nd); }
 inline const cfparam *aspar(const cfnode *nd) { return reinterpret_cast<const cfparam *>(nd); }

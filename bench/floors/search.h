@@ -8,7 +8,7 @@
 
 namespace bench::floors {
 
-/// Equal but for case; a look at the first letters spares most of the calls.
+/// True if two texts are equal without case. Comparing the first letters saves most of the calls.
 inline bool same(const char *one, const char *two) {
   return ((*one ^ *two) & ~0x20) == 0 && strcasecmp(one, two) == 0;
 }

@@ -88,7 +88,7 @@ cf::entry keyof(const Element &param) {
   return key.text();
 }
 
-/// The entries for some groups that one entry stands for.
+/// The entries for groups that have one entry in common.
 cf::entry entries(const std::vector<const Element *> &groups) {
   std::vector<cf::entry> list;
   std::map<std::pair<std::string, std::string>, std::vector<const Element *>> inner;

@@ -1,4 +1,4 @@
-// Reading from a stream that is open: where the library stands beside its floors.
+// Reading from a stream that is open: the library compared with its floors.
 // SPDX-License-Identifier: MIT
 #include "arena.h"
 #include "floors/floors.h"
@@ -37,7 +37,7 @@ Task takinglines(const Shape &shape) {
           .prepare = [=] { std::rewind(stream.get()); }};
 }
 
-/// Reading as a user does it beside the peers: with a stream of its own for each text.
+/// Reading as a user does it, for the comparison with other libraries: each text has its own stream.
 template <auto read, auto reset> Task whole(const Shape &shape, Stream (*open)(const Shape &)) {
   auto tree = std::make_shared<cfgroup *>();
   return {.work = [=, &shape] { *tree = read(open(shape).get()); }, .clear = [=] { reset(*tree); }};

@@ -22,7 +22,7 @@ bool equal(const cfgroup *one, const cfgroup *two) {
 template <auto equal> Task comparing(const Shape &shape) {
   return {.work = [one = maketree(shape), two = maketree(shape)] {
     if (!equal(one.get(), two.get()))
-      broken("a tree differs from its like");
+      broken("a tree differs from its copy");
   }};
 }
 

@@ -38,7 +38,7 @@ public:
   void prepare(std::string_view text) {
     std::string pattern = joined({target, ".XXXXXX"});
     file made(mkstemp(pattern.data()));
-    demand(made.is_open(), "cannot create a file beside it");
+    demand(made.is_open(), "cannot create a file in its folder");
     temporary.swap(pattern);
     take_over(made);
     demand(made.write(text) && fsync(made.descriptor()) == 0 && made.close(), "cannot write");

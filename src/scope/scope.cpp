@@ -1,4 +1,4 @@
-// Scope strings: where in the application's schema an element stands.
+// Scope strings: the place of an element in the application's schema.
 // SPDX-License-Identifier: MIT
 #include "scope/scope.h"
 

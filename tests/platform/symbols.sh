@@ -6,7 +6,7 @@ set -eu
 work=$(mktemp -d)
 trap 'rm -r "$work"' EXIT
 
-names() { # of a file that bears one name a line, alone and with a semicolon
+names() { # of a file with one name a line, alone and with a semicolon
   sed -n 's/^ *\([a-z]*\);$/\1/p' "$1" | LC_ALL=C sort
 }
 names "$1/cmake/cf.map" >"$work/map"
