@@ -18,7 +18,7 @@ using namespace bench;
 
 constexpr std::array shapes = {"typical", "wide", "deep"};
 
-// Of the crowded shape: making it ready for look-ups, compared with libraries that make maps of their groups.
+// Of the crowded shape: making it ready for look-ups, as libraries do that make maps of groups.
 constexpr std::array crowded_operations = {"Load", "ReadMemory", "CheckOnce", "Catalog"};
 constexpr std::array crowded_libraries = {"cf", "nlohmann-json", "toml++", "libconfig"};
 
