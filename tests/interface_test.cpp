@@ -764,7 +764,7 @@ TEST(Interface, FunctionsOfTheProgramMayThrow) {
 }
 
 TEST(Interface, DepthAndWidthCostNoStack) {
-  constexpr std::size_t count = 1'000'000;
+  constexpr std::size_t count = 100'000;
   std::string nested, wide, unclosed, stray, heads;
   for (std::size_t i = 0; i < count; ++i) {
     nested += "g {\n";
