@@ -158,8 +158,10 @@ template <class T> std::from_chars_result take_real(const char *begin, const cha
   errno = 0;
   const double read = strtod_l(text.c_str(), &stop, plain);
   number = static_cast<T>(read);
-  const bool beyond = errno == ERANGE || (number - number != T() && read - read == 0);
-  return {begin + (stop - text.c_str()), beyond ? std::errc::result_out_of_range : std::errc()};
+  const bool infinite = number - number != T();
+  const bool vanished = number == T() && (errno == ERANGE || read != 0);
+  return {begin + (stop - text.c_str()),
+          infinite || vanished ? std::errc::result_out_of_range : std::errc()};
 }
 #endif
 
