@@ -64,6 +64,8 @@ private:
 
 /// Reads a whole file, as file::read().
 inline int load_file(const std::string &path, std::size_t most, std::string &text) {
+  if (path.find('\0') != path.npos)
+    return EINVAL; // the system would open what is before it
   file source(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   return source.is_open() ? source.read(most, text) : errno;
 }

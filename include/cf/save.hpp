@@ -36,6 +36,8 @@ public:
 
   /// All steps up to the one that cannot be undone.
   void prepare(std::string_view text) {
+    if (name.find('\0') != name.npos)
+      fail("the path has a zero byte");
     std::string pattern = joined({target, ".XXXXXX"});
     file made(mkstemp(pattern.data()));
     demand(made.is_open(), "cannot create a file in its folder");
