@@ -43,6 +43,7 @@ inline void verify(const key_rule &rule) {
   const std::string &name = rule.name;
   demand(is_name(name, names::identifiers), name, "a key is letters, digits and underscores");
   demand(rule.low <= rule.high && rule.least <= rule.most, name, "the range is empty");
+  demand(rule.type != type::size || rule.high >= whole(0), name, "the range is below zero");
   demand(rule.type != type::word || !rule.words.empty(), name, "the list of words is empty");
   demand(!rule.required || !rule.has_default, name, "required, but with a default");
   demand(!rule.required || !rule.deprecated, name, "required, but deprecated");
