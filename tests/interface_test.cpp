@@ -245,6 +245,11 @@ TEST(Interface, Options) {
   EXPECT_FALSE(none);
   EXPECT_EQ(lines(none.diagnostics), "/nonexistent/x.conf: error: No such file or directory\n");
   EXPECT_EQ(cf::try_load("/", rules).diagnostics[0].message, "Is a directory");
+  EXPECT_EQ(lines(cf::try_load("/none/a\nb", rules).diagnostics),
+            "/none/a\\x0ab: error: No such file or directory\n");
+  EXPECT_EQ(cf::try_load(std::string("/dev\0/x", 7)).diagnostics[0].message, "Invalid argument");
+  EXPECT_EQ(thrown([&] { cf::document().save(std::string("/none/a\0b", 9)); }),
+            "/none/a\\x00b: error: the path has a zero byte");
   EXPECT_FALSE(cf::try_parse("bad = 1", rules, {.limit = 0}));
   EXPECT_EQ(lines(cf::parse("a = 'x'\ng {\n b = 1 # 2\n}").warnings()),
             "1:5: warning: a: the quotes are part of the value\n"
@@ -623,6 +628,12 @@ TEST(Interface, Changes) {
             "5 zone z.ttl: removed 2s (line 5)\n");
 }
 
+TEST(Interface, CarriageReturnsAreDropped) {
+  const cf::document doc = cf::parse("# of k\r\nk = a\r\n\r\ng {\r\n}\r\n");
+  EXPECT_EQ(doc.get<std::string>("k"), "a");
+  EXPECT_EQ(doc.str(), "# of k\nk = a\n\ng {\n}\n");
+}
+
 TEST(Interface, SampleReadsBack) {
   const std::string sample = rules.sample();
   EXPECT_EQ(faults(sample), "");
@@ -660,8 +671,11 @@ TEST(Interface, SchemaRefusesContradictions) {
   EXPECT_EQ(built(cf::any(), cf::any()), "logic: schema: any: is there twice");
   EXPECT_EQ(built(key("g").text(), cf::one("g"), cf::each("g")), "");
   EXPECT_EQ(built(key("a").integer(5, 1)), "logic: schema: a: the range is empty");
+  EXPECT_EQ(built(key("a").bytes(-5, -1)), "logic: schema: a: the range is below zero");
   EXPECT_EQ(built(key("a").text().required().otherwise("x")),
             "logic: schema: a: required, but with a default");
+  EXPECT_EQ(built(key("a").text().required().deprecated("no")),
+            "logic: schema: a: required, but deprecated");
   EXPECT_EQ(built(key("a").words({"x", "X"})), "logic: schema: a: a word is there twice");
   EXPECT_EQ(built(key("a").words({"x"}).otherwise("y")),
             "logic: schema: a: the default \"y\" is not one of x");
