@@ -49,8 +49,9 @@ def versions(libraries):
 
 def measure(program, prefix, shapes, seconds):
     """Times the benchmarks of one prefix (Operation/library) on shapes, in a new process."""
+    pattern = prefix.replace("+", r"\+")  # the other bytes of a name mean themselves
     with tempfile.NamedTemporaryFile() as out:
-        subprocess.run([program, f"--benchmark_filter=^{re.escape(prefix)}/({shapes})",
+        subprocess.run([program, f"--benchmark_filter=^{pattern}/({shapes})",
                         f"--benchmark_min_time={seconds}", "--benchmark_out_format=json",
                         f"--benchmark_out={out.name}"],
                        check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
