@@ -1,6 +1,6 @@
 /// @file ownership.hpp
 /// @brief Ownership: unique and shared pointers. Smaller than those of the standard library, whose
-///     header <memory> would add much to the time that cf.hpp takes to compile.
+///     header "memory" would add much to the time that cf.hpp takes to compile.
 ///
 /// SPDX-License-Identifier: MIT
 #ifndef CF_OWNERSHIP_HPP
