@@ -104,13 +104,19 @@ def peergrowth(run):
                                 for library in run.libraries("ReadMemory", "scale:1000")])
 
 
+def crowded(run):
+    ours = [("**cf**, read, checked and catalogued", ("Load", "cf")), ("**cf**, read", ("ReadMemory", "cf"))]
+    return sized(run, "crowded", ours + [(library, ("ReadMemory", library))
+                                         for library in run.libraries("ReadMemory", "crowded:1000") if library not in OURS])
+
+
 def sections(run):
     return {"machine": about(run), "ratios": ratios(run), "thumb": thumb(run), "loading": loading(run),
             "readfile": compared(run, "ReadFile"), "readmemory": compared(run, "ReadMemory"),
             "lookup": compared(run, "Lookup", "LookupCatalog", "LookupTree"),
             "edit": compared(run, "EditSet", "EditAddDelete"), "print": compared(run, "Print"),
             "delete": compared(run, "Delete"), "memory": memories(run), "growth": growth(run),
-            "peergrowth": peergrowth(run)}
+            "peergrowth": peergrowth(run), "crowded": crowded(run)}
 
 
 def charts(run, document):

@@ -118,8 +118,8 @@ Element content(const std::string &name) {
     return flat(2000, 44, 4);
   if (name == "deep")
     return nested(34, 50, 8, 1);
-  if (name == "crowded")
-    return crowded(20000);
+  if (name.starts_with("crowded:"))
+    return crowded(std::stoul(name.substr(8)));
   if (name == "guard")
     return flat(100, 44, 4);
   if (name.starts_with("chain:"))

@@ -36,8 +36,9 @@ struct Shape {
   std::vector<Route> routes;
 };
 
-/// typical, wide, deep, crowded (one group), guard (a small wide one), scale:N with N elements, or
-/// chain:N with N groups nested in each other, which exists as text only. Made once and kept.
+/// typical, wide, deep, guard (a small wide one), scale:N with N elements, crowded:N with N keys in
+/// one group, or chain:N with N groups nested in each other, which exists as text only. Made once
+/// and kept.
 const Shape &shape(const std::string &name);
 
 } // namespace bench

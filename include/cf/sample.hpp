@@ -98,8 +98,10 @@ private:
     for (bool more = !words.empty(); more;) {
       std::string_view part;
       more = take_item(words, '\n', part);
-      while (part.size() > width && part.rfind(' ', width) + 1 > 1) {
+      while (part.size() > width) {
         const std::size_t end = part.rfind(' ', width);
+        if (end == part.npos)
+          break;
         line({"# ", shown(trimmed(part.substr(0, end)), everything)});
         part = trimmed(part.substr(end));
       }
