@@ -126,7 +126,7 @@ def growth(path, title, about, plots):
         panel.set_axisbelow(True)
         sizes = sorted({size for line in lines.values() for size in line})
         panel.set_xticks(sizes, [f"{size:,}" for size in sizes])
-        panel.yaxis.set_major_formatter(lambda value, _: f"{value:,.0f} ns" if value >= 1 else "")
+        panel.yaxis.set_major_formatter(lambda value, _: f"{value / 1000:.0f} µs" if value >= 1000 else f"{value:.0f} ns")
         ends = [math.log(line[max(line)]) for line in lines.values()]
         labels = apart(ends, 0.042 * math.log(high / low))
         for (name, line), label, colour in zip(lines.items(), labels, LINES * 2):
