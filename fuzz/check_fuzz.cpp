@@ -1,4 +1,4 @@
-// check: a file with definitions that the input makes of scopes, against a check by plain search.
+// check: compares the check with a simple model. The input holds a file and selects the symbols.
 // SPDX-License-Identifier: MIT
 #include "oracles.h"
 
@@ -10,7 +10,7 @@ using std::string;
 namespace fuzz {
 namespace {
 
-/// Its size depends on the text. It refuses x at once, and F when it has written.
+/// An evaluator whose size depends on the text. It refuses x at once, and F after it has written.
 int evsized(const char *val, void *vval) {
   kit::meter::called();
   const size_t size = val ? std::strlen(val) * 5 + 1 : 0;
@@ -23,7 +23,7 @@ constexpr cfeval_t evaluators[] = {cfevint, cfevstr, evsized, cfevbool, cfevflt,
 unsigned salt;
 string asked;
 
-/// The definition of a scope: one that the salt makes of its text, in a record that serves for all.
+/// The definition of a scope, derived from the salt and its text. All calls return the same record.
 cfscope *define(const char *scope) {
   static cfscope definition;
   unsigned sum = salt;
@@ -44,7 +44,7 @@ bool takes(cfeval_t eval, const char *text) {
   return !eval || eval == cfevstr || eval(text, storage.data()) >= 0;
 }
 
-/// The check by recursion: what is asked, what is reported.
+/// A check by recursion, which predicts the calls of scopedef and the messages.
 struct model {
   const cfparser &parser;
   string scopes{}, reports{};

@@ -1,5 +1,5 @@
-// document: a text is loaded with a schema, edited, saved and loaded again: the same document.
-// An input is a text and, after a byte of 1, edits, of three bytes each.
+// document: loads a text with a schema, edits it, saves it and loads it again: the result must be
+// the same document. An input is a text and, after a byte of value 1, edits of three bytes each.
 // SPDX-License-Identifier: MIT
 #include "oracles.h"
 
@@ -57,7 +57,7 @@ std::string dump(cfgroup *grp) {
   return lower(text);
 }
 
-/// Asks for all values. One that a load has accepted is given.
+/// Gets all values. If the load found no error, none may throw.
 void read(const cf::group &group, bool valid) {
   for (const std::string_view key : group.keys())
     try {
@@ -96,7 +96,7 @@ void edit(cf::document &doc, unsigned char what, unsigned char where, unsigned c
   }
 }
 
-/// An edit that throws changes nothing, and one that does not is seen by tree and catalog.
+/// Makes edits. One that throws must change nothing; any other must change tree and catalog alike.
 void edits(cf::document &doc, std::string_view bytes) {
   if (!bytes.empty() && bytes[0] % 2)
     doc.catalog();
@@ -114,7 +114,7 @@ void edits(cf::document &doc, std::string_view bytes) {
   }
 }
 
-/// A document that is saved and loaded is the same.
+/// Saves a document and loads it again.
 void save(cf::document &doc, const std::string &printed) {
   static std::string path = "/tmp/cf.document.XXXXXX";
   static const int file = mkstemp(path.data());

@@ -1,7 +1,7 @@
-// edit: the input is a program of calls on a tree and catalogs over it; it says which call out of
-// the library throws or jumps out. After each step the tree is compared with a model, and the
-// catalogs with the tree. Lists are edited directly where no catalog is, and catalogs through the
-// uppermost.
+// edit: the input is a program of calls on a tree and on catalogs over it. It also selects the
+// calls of the application's functions that throw or jump out. After each step the tree is compared
+// with a model, and the catalogs with the tree. Without a catalog, lists are edited directly;
+// catalogs are edited through the uppermost one.
 // SPDX-License-Identifier: MIT
 #include "oracles.h"
 
@@ -32,8 +32,8 @@ cfgroup *owner(cfgroup *gc, cfnode *elem) {
   return gc;
 }
 
-/// What a deletion through a catalog takes along: what a node holds, its target, the block that
-/// binds remarks to it, and all that these take along.
+/// Collects what a deletion through a catalog deletes: the element, its contents, its target, the
+/// block that binds remarks to it, and all that is deleted with these.
 void collect(cfnode *nd, std::set<cfnode *> &dying) {
   if (!nd || !dying.insert(nd).second)
     return;
@@ -79,7 +79,7 @@ private:
   nodes before;                    // the tree's, when a step began
   std::set<cfnode *> dying, moved; // what a step is to delete; what it is to move or to add
 
-  /// A choice out of `count`: a byte of the input; 0 at its end.
+  /// A number below `count`, from the next byte of the input; 0 at its end.
   size_t choose(size_t count) {
     const size_t choice = left.empty() ? 0 : static_cast<unsigned char>(left[0]);
     left.remove_prefix(!left.empty());
@@ -138,8 +138,8 @@ private:
       blocks += check_tree(&root->link), check_catalog(root);
     need(blocks == memory.live, "each live block is reached from somewhere");
   }
-  /// After a jump: what was linked is whole and may be deleted. What the call held is lost, and may
-  /// have links to the list that held it.
+  /// Continues after a jump. What is linked is whole and may be deleted; what the call held is
+  /// lost.
   void restart() {
     const auto is_kept = [this](cfgroup *grp) { return memory.alive(grp) && !grp->link.prev; };
     for (cfgroup *root : std::exchange(catalogs, {}))
@@ -148,7 +148,7 @@ private:
     top = top && is_kept(top) ? top : nullptr;
     memory.live = top ? check_tree(&top->link) : 0;
   }
-  /// Deletes the catalogs, which are not true any more.
+  /// Deletes the catalogs, which do not match the tree any more.
   void drop() {
     for (; !catalogs.empty() && !jumped; catalogs.pop_back())
       if (memory.alive(catalogs.back()))
@@ -167,7 +167,7 @@ private:
       cflinknd(grp, make(1 + choose(3)));
     return &grp->link;
   }
-  /// An element to be put somewhere: a new one, or one of the tree while there is no catalog.
+  /// An element to insert: a new one or, without a catalog, one of the tree.
   cfnode *element(cfnode_t type) {
     cfnode *nd = catalogs.empty() && choose(3) == 0 ? pick(type) : make(type);
     for (cfnode *it : nd ? kit::nodes(nd) : nodes())
@@ -175,7 +175,7 @@ private:
     return nd;
   }
 
-  /// Reads a file, with slots that may answer anything.
+  /// Reads a file, with slots that may return anything.
   void read() {
     kit::asking<cflexer> slots;
     cflexer plain{}, &lex = choose(2) ? slots : plain;
@@ -209,7 +209,7 @@ private:
     }
   }
 
-  /// What is copied from a catalog brings its targets along and goes with them at once.
+  /// Copies an element, with its targets if it is a reference, and deletes the copies.
   void copy() {
     cfnode *nd = pick(), *made = nullptr;
     if (memory.live > 100 || !call([&] { made = cfdupnd(nd); }))
@@ -248,7 +248,7 @@ private:
       drop(); // it is in a level
   }
 
-  /// Exchanges an element; what it may leave in another's level is not looked at.
+  /// Exchanges an element. Drops the catalogs, which may then have it in the wrong level.
   void exchange() {
     cfnode *cnd = pick(), *nd = element(cnd->type);
     exchange(cnd, nd, [&] { return cfcatxcgnd(cnd, nd); });
@@ -273,7 +273,7 @@ private:
       drop();
   }
 
-  /// Deletes an element, or what a group holds; a catalog with or without its targets.
+  /// Deletes an element, the contents of a group, or a catalog with or without its targets.
   void remove() {
     if (!catalogs.empty() && choose(4) == 0) {
       call([&] { cfdelgrp(catalogs.back()); });
@@ -302,7 +302,7 @@ private:
       drop();
   }
 
-  /// Calls that only look.
+  /// Makes calls that change nothing.
   void look() {
     cfgroup *grp = cfgrp(pick(cf_group));
     const char *cat = grp->type == cf_grpcat || choose(2) ? nullptr : name();

@@ -1,4 +1,5 @@
-// Oracles: what must hold between two calls, and what calls must give, found in the plainest way.
+// Oracles: invariants of trees and catalogs, and the expected results of calls, computed in the
+// simplest way.
 // SPDX-License-Identifier: MIT
 #include "oracles.h"
 
@@ -18,7 +19,7 @@ string lower(string text) {
   return text;
 }
 
-/// The value of a plain parameter is what its evaluator makes of its text. Gives its blocks.
+/// Checks the value of a plain parameter against its evaluator. Returns how many blocks it has.
 size_t check_value(const cfparam *par) {
   need(!par->eval == !par->vval, "a parameter has both a value and an evaluator or neither");
   if (!par->eval || par->vval == par->val)
@@ -31,7 +32,7 @@ size_t check_value(const cfparam *par) {
   return fresh.size() > 16;
 }
 
-/// A reference has the texts of its target.
+/// True if a reference has the texts of its target.
 bool shows(cfnode *ref) {
   if (const cfparam *a = cfpar(ref), *b = cfpar(ref->ref); a && b)
     return a->key == b->key && a->val == b->val && a->row == b->row;

@@ -1,4 +1,5 @@
-// Oracles: what must hold between two calls, and what calls must give, found in the plainest way.
+// Oracles: invariants of trees and catalogs, and the expected results of calls, computed in the
+// simplest way.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -12,12 +13,13 @@ void check(std::string_view bytes);
 void edit(std::string_view bytes);
 void document(std::string_view bytes);
 
-/// Values and references of an element in no list and of all below it. Gives their memory blocks.
+/// Checks the values and references of an element that is in no list, and of all below it. Returns
+/// how many blocks of memory they have.
 size_t check_tree(cfnode *root);
-/// A catalog: one reference for each instance and parameter of its source, under the right owner,
-/// in the right levels, in the order of the source.
+/// Checks that a catalog has one reference for each instance and parameter of its source, under the
+/// right owner, in the right levels, in the order of the source.
 void check_catalog(cfgroup *root);
-/// A group against definitions that a number makes of the scope strings.
+/// Compares the check of a group with a model. `number` selects the definitions of symbols.
 void check(cfgroup *top, unsigned char number);
 
 std::string text_of(cfgroup *top);                                  ///< what cfprint() writes

@@ -1,4 +1,4 @@
-// read: any bytes are read as a plain reader reads them, printed, and read again.
+// read: reads any bytes, compares the result with a simple reader, prints it and reads it again.
 // SPDX-License-Identifier: MIT
 #include "oracles.h"
 

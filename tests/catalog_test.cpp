@@ -49,8 +49,9 @@ const std::map<string, edit> edits = {
        return c;
      }}};
 
-// Calls on the tree of `worked` and its catalog: the new element (a file, "/" for line ends, or the
-// word of an element that is there); the result; what is in tree or catalog then; what is released.
+// Calls on the tree of `worked` and its catalog. `at` is the element that is edited. `elem` is the
+// new element: a file, with "/" for line ends, or the word of an element of the tree. `held` lists
+// parts of the dumps of tree and catalog after the call, `released` the blocks that were released.
 const struct {
   const char *call, *at, *elem, *result, *held, *released;
 } examples[] = {
@@ -159,7 +160,7 @@ TEST(Edit, ThroughStackedCatalogs) {
   kit::meter memory;
   cfgroup *top = kit::read("k = 1\nl = 2\nb = 3").top, *lower = cfcatalog(top),
           *upper = cfcatalog(lower);
-  // A reference on the way to the target is in place already, however often that is asked for.
+  // Exchanging a reference for an element of its own chain changes nothing, even repeatedly.
   cfparam *k = cfcatgetpar(lower, "k", nullptr), *ref = cfcatgetpar(upper, "k", nullptr);
   for (int n = 0; n < 2; ++n) {
     EXPECT_EQ(cfcatxcgnd(&ref->link, &k->link), &ref->link);
@@ -172,7 +173,7 @@ TEST(Edit, ThroughStackedCatalogs) {
   EXPECT_EQ(shape(upper), "*::(k=, l=(*l=2), b=(*b=3))");
   cfcataddpar(upper, cfnewpar("K", "4", 1));
   EXPECT_EQ(shape(lower), "*::(k=(*K=4), l=(*l=2), b=(*b=3))") << "the empty level serves again";
-  // Of a group that is no instance all is filed in each catalog, in the order of the tree.
+  // If a block is added, its elements are filed in each catalog, in the order of the tree.
   cfgroup *block = cfaddpar(cfnewgrp("", "", cf_grppar, 1), cfnewpar("b", "5", 1));
   EXPECT_EQ(cfcataddgrp(upper, cfaddpar(block, cfnewpar("b", "6", 1))), upper);
   EXPECT_EQ(shape(upper), "*::(k=(*K=4), l=(*l=2), b=(*b=3, *b=5, *b=6))");

@@ -1,4 +1,4 @@
-// The index: operations find with it what they find by plain search, and it costs what it may.
+// The index: operations find the same with it and without it, and it needs little memory.
 // SPDX-License-Identifier: MIT
 #include "node/index.h"
 
@@ -25,7 +25,8 @@ const char *text() { // some of them are equal in some locales
 
 long row; // tells elements apart
 
-/// Adds elements of all kinds. Blocks and levels are where no file and no catalog has them.
+/// Adds elements of all kinds. Blocks and levels are also in places where no file and no catalog
+/// has them.
 cfgroup *fill(cfgroup *grp, unsigned elements, unsigned depth) {
   for (; elements > 0; --elements)
     if (const unsigned kind = upto(depth > 0 ? 8 : 4); kind < 3)
@@ -67,7 +68,7 @@ string check(cfgroup *top) {
   return std::exchange(reports, "");
 }
 
-/// What the operations that search make of a random tree.
+/// The results of all operations that search, on a random tree.
 string outcome(unsigned seed, ptrdiff_t threshold) {
   const ptrdiff_t usual = std::exchange(cfcore::index_threshold, threshold);
   chance.seed(seed);

@@ -1,4 +1,4 @@
-// The C++ interface: what a file's faults become, values, edits, saving, changes, samples.
+// The C++ interface: diagnostics, values, edits, saving, changes, samples.
 // SPDX-License-Identifier: MIT
 #include <cf.hpp>
 
@@ -17,9 +17,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Allocations of this thread until one fails; negative: none does.
+/// How many allocations of this thread succeed before one fails. If it is negative, none fails.
 thread_local long until_failure = -1;
-thread_local long live = 0; // blocks
+thread_local long live = 0; // blocks that are not released yet
 
 void *allocate(std::size_t size) {
   if (until_failure >= 0 && until_failure-- == 0)
@@ -37,7 +37,8 @@ void release(void *block) {
 #ifdef __clang__
 #define CF_THREAD_SANITIZER __has_feature(thread_sanitizer)
 #endif
-#if !CF_THREAD_SANITIZER // it defines these itself: there, only the memory of the core fails
+// The thread sanitizer has its own operator new: with it, only allocations of the core fail.
+#if !CF_THREAD_SANITIZER
 void *operator new(std::size_t size) { return allocate(size); }
 void operator delete(void *block) noexcept { release(block); }
 void operator delete(void *block, std::size_t) noexcept { release(block); }
@@ -94,7 +95,7 @@ std::string faults(std::string_view text, const cf::schema &schema = rules, cf::
   return lines(cf::try_parse(text, schema, std::move(how)).diagnostics);
 }
 
-/// What a call throws, or "".
+/// The message of the exception that a call throws; "" if it throws none.
 template <class Call> std::string thrown(Call call) {
   try {
     call();
@@ -319,7 +320,7 @@ TEST(Interface, ValuesOfAllTypes) {
   EXPECT_EQ(doc.get_or<std::string>("mode", "none"), "none");
   EXPECT_TRUE(doc.has("level") && !doc.has("verbose"));
 
-  // What does not fit.
+  // Values that do not fit the type that the program asks for.
   const auto fails = [&](auto call) { return thrown([&] { call(doc.group("host", "b")); }); };
   EXPECT_EQ(fails([](auto g) { g.template get<std::int8_t>("port"); }),
             "f:19:10: error: host b.port: 300 is not in -128..127");
@@ -340,7 +341,7 @@ TEST(Interface, ValuesOfAllTypes) {
             "logic: hots: the schema does not have this category");
   EXPECT_EQ(thrown([&] { doc.group("host"); }), "logic: host: the schema does not have this group");
 
-  // Reported values are not hidden.
+  // A default does not hide a value that was reported.
   const cf::document faulty = cf::try_parse("workers = x\nports = 1,y\nlevel = x", rules).document;
   const std::string workers = "1:11: error: workers: \"x\" is not an integer";
   EXPECT_EQ(thrown([&] { faulty.get<int>("workers"); }), workers);
@@ -495,8 +496,8 @@ TEST(Interface, Edits) {
             "error: \"a b\" is not a key: letters, digits and underscores, a letter first");
 }
 
-/// A catalog as text: its levels in any order, as edits may leave them, but not those that ran
-/// empty.
+/// A catalog as text, without what depends on earlier edits: the order of its levels, and the empty
+/// ones.
 std::string dump(cfgroup *grp) {
   std::set<std::string> levels;
   std::string text;
@@ -688,7 +689,7 @@ TEST(Interface, SchemaRefusesContradictions) {
   EXPECT_EQ(built(key("a").text().many().list()), "logic: schema: a: either many values or a list");
 }
 
-/// What a program does with documents, all of it.
+/// Uses all parts of the interface.
 void everything(const std::string &folder) {
   const cf::schema schema{cf::key("a").integer().list(), cf::key("p").as<point>(topoint),
                           cf::each("g", cf::key("b").text().required())};

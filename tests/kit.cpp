@@ -23,7 +23,7 @@ using std::string;
 
 namespace {
 
-// The whole program runs in the locale that the environment asks for.
+// The whole program runs in the locale that the environment names.
 [[maybe_unused]] const char *const locale =
     std::setlocale(LC_ALL, std::getenv("CF_LOCALE") ? std::getenv("CF_LOCALE") : "C");
 
@@ -116,7 +116,7 @@ string said() { return std::exchange(messages, string()); }
 
 namespace {
 
-/// A stream whose bytes a function gives or takes.
+/// A stream that calls a function to read or to write bytes.
 template <class Function> stream open(const char *mode, Function function) {
   const cookie_io_functions_t calls = {
       [](void *it, char *buf, size_t size) { return (*static_cast<Function *>(it))(buf, size); },
@@ -165,7 +165,7 @@ string print(cfgroup *top, cfprinter *prn) {
 
 namespace {
 
-// A block is this header, the bytes that are given, and the guard.
+// A block consists of this header, the bytes for the library, and the guard.
 struct alignas(std::max_align_t) header {
   size_t size;
   size_t live;

@@ -17,7 +17,7 @@
 
 namespace kit {
 
-/// Throws std::logic_error unless a promise is kept.
+/// Throws std::logic_error if a promise is not kept.
 void need(bool kept, const char *promise);
 
 struct deleter {
@@ -25,12 +25,12 @@ struct deleter {
 };
 using tree = std::unique_ptr<cfgroup, deleter>;
 
-/// An element and all below it, a group before what it holds. All links on the way must be whole.
+/// An element and all below it, each group before its contents. Throws if a link is broken.
 std::vector<cfnode *> nodes(const cfnode *top);
-/// An element as a word: "#text", "key=value", "cat.name"; "::" of a root; "[cat.name]", "[key=]"
-/// and "[#]" of blocks; "cat:", "name/" and "key=" of levels; "*" before that of a reference.
+/// A word for an element: "#text", "key=value", "cat.name"; "::" for a root; "[cat.name]", "[key=]"
+/// and "[#]" for blocks; "cat:", "name/" and "key=" for levels; "*" and its word for a reference.
 std::string word(cfnode *nd);
-/// An element as a word, with its row if asked, "!" if it has a value, and what it holds.
+/// The word of an element, its row if `rows`, "!" if it has a value, and the same for its contents.
 std::string dump(const cfnode *top, bool rows = true);
 inline std::string dump(const cfgroup *top, bool rows = true) { return dump(&top->link, rows); }
 
@@ -44,7 +44,7 @@ struct reading {
   std::string said;
 };
 reading read(std::string_view bytes, cflexer *lex = nullptr);
-/// What cfprint() writes. Without a `prn` it must succeed.
+/// The text that cfprint() writes. Throws if it fails without a `prn`.
 std::string print(cfgroup *top, cfprinter *prn = nullptr);
 
 using stream = std::unique_ptr<FILE, int (*)(FILE *)>;
@@ -54,11 +54,12 @@ stream source(std::string_view bytes, size_t broken = never);
 /// A stream that appends to `out`. It fails once, when there would be more than `room` bytes in it.
 stream sink(std::string &out, size_t room = never);
 
-/// What a call out of the library throws when its turn has come.
+/// The exception that meter::called() throws.
 struct thrown {};
 
-/// A memory manager while it lives. It fills new and released blocks, guards their ends, and keeps
-/// them until its end, so no address is used twice. At its end nothing may be live.
+/// The memory manager while an object of this class exists. It fills new and released blocks and
+/// guards their ends. It keeps all blocks until it is destroyed, so no address is used twice. Its
+/// destructor throws if a block was not released.
 class meter {
 public:
   size_t live = 0;              ///< blocks
@@ -86,11 +87,11 @@ private:
   static void release(void *block);
 };
 
-/// A record whose slots, all or only one, call the defaults.
+/// A record with replaced slots, all of them or only one, which call the defaults.
 template <class Record> struct asking : Record {
   Record dfl{};
   size_t calls = 0;
-  /// What a slot answers; a scanner, which is to answer 1, gives NULL instead of 0 or less.
+  /// Changes the result of a slot. A scanner returns NULL if this makes 0 or less of 1.
   std::function<int(int)> answer = [](int it) { return it; };
 
   explicit asking(int only = -1) : Record{} {
@@ -122,7 +123,7 @@ private:
   }
 };
 
-/// Runs `f` on a thread with a stack of 256 KiB; an exception is passed on.
+/// Runs `f` on a thread with a stack of 256 KiB. Passes an exception on.
 void on_small_stack(const std::function<void()> &f);
 
 } // namespace kit

@@ -71,7 +71,7 @@ thread_local string received;
 CF_FORMAT void own_emsg(const char *fmt, ...) { received += fmt[0] ? "E" : "?"; }
 CF_FORMAT void own_wmsg(const char *fmt, ...) { received += fmt[0] ? "W" : "?"; }
 
-/// The messages of reading, checking and printing.
+/// Reads, checks and prints with a fault each, and returns the messages.
 string messages() {
   const kit::reading got = kit::read("}\nk = 1");
   const kit::tree top(got.top);

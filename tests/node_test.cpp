@@ -19,7 +19,7 @@ namespace {
 
 using sizes = std::vector<size_t>;
 
-// In words: the layout is the same with pointers of 32 bits and of 64.
+// Counted in pointers, so that the numbers hold for 32 and 64 bits.
 #define AT(record, field) offsetof(record, field) / sizeof(void *)
 #define WORDS(record) sizeof(record) / sizeof(void *)
 TEST(Node, LayoutIsTheAbi) {
@@ -56,7 +56,7 @@ TEST(Node, OneBlockForEachElement) {
   };
   EXPECT_TRUE(at(grp.get(), grp->cat) == 0 && at(grp.get(), grp->name) == 4);
   EXPECT_TRUE(at(par, par->key) == 16 && at(par, par->val) == 20 && at(rem, rem->txt) == 0);
-  // The texts and the value of a reference are its target's; what the target holds it does not.
+  // A reference shares the texts and the value of its target, but not its contents.
   EXPECT_TRUE(refpar->key == par->key && refpar->val == par->val && refpar->vval == par->vval);
   void *const value = const_cast<void *>(par->vval);
   cfaddpar(cfaddpar(cfaddrem(cfaddrem(none.get(), rem), norem), nopar), refpar);
@@ -117,8 +117,8 @@ TEST(Node, IterationAndSearch) {
   EXPECT_TRUE(cftype(nodes[1]) == cf_group && cftype(nodes[3]) == cf_param && !cftype(it));
   EXPECT_TRUE(cfnext(&it) == nodes[0] && it == nodes[0] && cfempty(list.get()) == 0);
   EXPECT_EQ(cfseekrem(cfgrp(nodes[1])->elem.next), cfgrp(nodes[1])->elem.prev);
-  // What, with which texts ("-": NULL, ".": empty), from which place on, is found where (0:
-  // anchor).
+  // A search for p, g or r (parameter, group, remark), two texts ("-": NULL, ".": empty), the place
+  // to start from, and the place of the result (0: the anchor).
   for (const string row :
        {"p speed - 1 2", "p speed - 3 3",  "p speed - 4 0", "p SPEED 10 1 3", "p - - 1 2",
         "p - FAST 1 6",  "g - - 1 4",      "g link - 1 4",  "g link - 5 5",   "g link - 6 0",
@@ -154,7 +154,7 @@ TEST(Node, TextsAreEqualAsTheLocaleSays) {
   }
 }
 
-/// What an evaluator makes of texts, asked in each of its ways; "-" where it refuses.
+/// The values that an evaluator makes of texts; "-" if it refuses. Calls it in each possible way.
 template <class Value> string reads(cfeval_t eval, const string &texts) {
   std::ostringstream all;
   std::istringstream rows(texts);
@@ -200,7 +200,7 @@ TEST(Value, FloatsFollowTheLocalesDecimalPoint) {
 string asked;
 int size, size_of_text;
 
-/// Notes how it is asked: for the size, for the size of a text, to convert.
+/// An evaluator that notes what it is asked for: the size, the size for a text, or the value.
 int evaluate(const char *val, void *vval) {
   asked += !val ? 's' : !vval ? 't' : 'c';
   EXPECT_EQ(reinterpret_cast<size_t>(vval) % (sizeof(void *) < 8 ? 8 : 16), 0U);

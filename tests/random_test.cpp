@@ -1,4 +1,4 @@
-// The fuzz targets, with the files of their corpus and with these changed at random.
+// Runs the fuzz targets on the files of their corpus, unchanged and with random changes.
 // SPDX-License-Identifier: MIT
 #include "oracles.h"
 

@@ -9,7 +9,7 @@ namespace {
 
 using std::string;
 
-/// The scope strings of elements, each as genscope gives it with a buffer and without.
+/// The scope strings and sizes of elements. Checks genscope with a buffer and without.
 string scopes(const std::vector<cfnode *> &nodes) {
   cfparser parser{};
   string all;
@@ -45,12 +45,12 @@ TEST(Scope, NamesEveryElement) {
     cfdelnd(nd);
 }
 
-// A table of symbols: a scope, "=", and b or i for an evaluator, m for multi.
+// A table of symbols: a scope, "=", and b or i for an evaluator or m for multi.
 const char *const symbols = " ::verbose=b ::tag=m ::net.= ::net.port=i ::alpha.host::= host::addr= "
                             "host::alias=m n=m ::k= ::= ::.= ";
 string asked;
 
-/// Looks a scope up, and fills one record anew on each call.
+/// Finds a symbol. All calls return the same record.
 cfscope *scopedef(const char *scope) {
   static cfscope record;
   asked += scope + string(" ");
@@ -60,7 +60,7 @@ cfscope *scopedef(const char *scope) {
   return hit ? &record : nullptr;
 }
 
-/// What a check says of a tree.
+/// The messages of a check.
 string checks(cfgroup *top, char werr = 0) {
   cfparser parser{nullptr, scopedef, werr, 7, nullptr, nullptr};
   asked.clear();
@@ -116,7 +116,8 @@ TEST(Check, TakesWhatASloppyGenscopeWrites) {
   const size_t before = memory.sizes.size();
   static size_t calls;
   cfparser parser{};
-  // Much and little by turns is announced, and all of it written or next to nothing, never an end.
+  // It alternates between a large and a small size, writes all of that or one byte, and never a
+  // terminator.
   parser.genscope = [](char *text, cfnode *) {
     const size_t size = calls / 2 % 2 ? 2 : 5000, used = calls / 4 ? size : 1;
     ++calls;

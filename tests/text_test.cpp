@@ -1,4 +1,4 @@
-// Texts: what reading and printing give, streams that fail, slots that are replaced.
+// Texts: reading and printing, streams that fail, slots that are replaced.
 // SPDX-License-Identifier: MIT
 #include "kit.h"
 
@@ -19,7 +19,7 @@ string data(const char *name) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// What became of a file: messages, result, tree.
+/// The outcome of a reading: messages, result, tree.
 string outcome(const kit::reading &got) {
   const kit::tree top(got.top);
   const char *const results[] = {"bad ", "good "};
