@@ -147,11 +147,11 @@ inline std::string below(std::string path, std::string_view name) {
 
 /// The path of an element: the titles of the groups around it and its own, separated by points. If
 /// there are many groups, only the innermost.
+inline constexpr std::size_t longest_path = 20; // groups
 inline std::string path_of(const cfnode *nd) {
-  constexpr std::size_t most = 20;
   std::vector<cfnode *> groups;
   const cfgroup *outer = nd->type == cf_group ? as_group(nd) : parent_of(nd);
-  for (; outer && outer->type == cf_grpinst && groups.size() < most;
+  for (; outer && outer->type == cf_grpinst && groups.size() < longest_path;
        outer = parent_of(&outer->link))
     groups.push_back(const_cast<cfnode *>(&outer->link));
   std::string path(outer && outer->type == cf_grpinst ? ".." : ""); // and a point

@@ -205,10 +205,11 @@ private:
     doubt(0);
   }
 
-  /// The path of the open group number `count`.
+  /// The path of the open group number `count`, as path_of().
   std::string path_to(std::size_t count) const {
-    std::string path;
-    for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t first = count > longest_path ? count - longest_path : 0;
+    std::string path(first ? ".." : ""); // and a point
+    for (std::size_t i = first; i < count; ++i) {
       const head found(lines.line(open[i].row), allowed);
       path = below(std::move(path), shown(title(std::string(found.category).c_str(), found.name)));
     }
