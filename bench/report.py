@@ -29,8 +29,8 @@ ROWS = {"LookupCatalog": "cf, catalog", "LookupTree": "cf, plain tree",
         "EditAddDelete": "cf, a group added and deleted"}
 
 
-def table(head, rows):
-    lines = [head, ["---"] + ["--:"] * (len(head) - 1)] + rows
+def table(head, rows, last="--:"):
+    lines = [head, ["---"] + ["--:"] * (len(head) - 2) + [last]] + rows
     return "\n".join("| " + " | ".join(line) + " |" for line in lines)
 
 
@@ -65,7 +65,7 @@ def ratios(run):
     rows = [[operation] + [f"{ratio(operation, shape):.2f}" for shape in SHAPES] +
             [cell(run.time(operation, library, "wide")) for library in ("cf", "floor")] + [floor]
             for operation, floor in OPERATIONS.items()]
-    return table(["operation", *SHAPES, "cf, ns", "floor, ns", "the floor"], rows)
+    return table(["operation", *SHAPES, "cf, ns", "floor, ns", "the floor"], rows, last="---")
 
 
 def compared(run, *operations):
