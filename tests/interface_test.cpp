@@ -367,7 +367,8 @@ TEST(Interface, ValuesWithoutSchema) {
   EXPECT_FALSE(doc.has("") || doc.has("nothing") || doc["x"]);
   EXPECT_EQ(thrown([&] { doc.get<int>("a"); }),
             "1:5: error: a: 18446744073709551615 is not in -2147483648..2147483647");
-  EXPECT_EQ(thrown([&] { doc["g"]["h"].get<int>("a"); }), "error: g.h.a: the group is missing");
+  EXPECT_EQ(thrown([&] { doc["g"]["h"].get<int>("a"); }),
+            "5:1: error: g.h.a: the group is missing");
   EXPECT_EQ(thrown([&] { doc.get<level>("a"); }),
             "logic: a: the schema says text, but the program asks for an enumeration");
 }
@@ -653,6 +654,7 @@ TEST(Interface, SampleReadsBack) {
                        cf::one("example", cf::key("y").text().nonempty().required()).required()};
   EXPECT_EQ(faults(has.sample(), has), "") << has.sample();
   const cf::schema wordy{
+      cf::key("q").text().otherwise("\"q\" # r"),
       cf::one("g", cf::key("k").text().help(std::string(5000, 'x') + std::string(99, ' ') + "y"))
           .required(),
       cf::each("h", cf::key("k").text().help("l\r\n\1")).at_least(2).many()};

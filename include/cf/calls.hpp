@@ -142,7 +142,10 @@ inline std::string title(const char *category, std::string_view name) {
 
 /// A path, and the name of something below it.
 inline std::string below(std::string path, std::string_view name) {
-  return path.empty() || name.empty() ? path.append(name) : path.append(".").append(name);
+  if (!path.empty() && !name.empty())
+    path += '.';
+  path += name;
+  return path;
 }
 
 /// The path of an element: the titles of the groups around it and its own, separated by points. If

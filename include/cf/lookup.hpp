@@ -42,9 +42,11 @@ inline void section::misuse(std::string_view name, const std::string &why) const
   throw std::logic_error(detail::joined({subject, subject.empty() ? "" : ": ", why}));
 }
 
-/// Throws for a fault of the file, in the line of the group.
+/// Throws for a fault of the file, in the line of the group or, if that is absent, of the nearest
+/// one around it.
 inline void section::refuse(cf::fault fault, std::string path, std::string message) const {
-  diagnostic d{severity::error,    fault, doc ? doc->options.name : "", line(), 0, std::move(path),
+  const long row = spot ? detail::row_of(&spot->link) : 0;
+  diagnostic d{severity::error,    fault, doc ? doc->options.name : "", row, 0, std::move(path),
                std::move(message), {}};
   d.column = doc ? doc->lines().column(d.line) : 0;
   throw cf::error({std::move(d)});

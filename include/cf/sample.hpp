@@ -35,7 +35,9 @@ inline std::string type_text(const key_rule &rule) {
 /// How a key may be used: "required", "default 4, any number of times".
 inline std::string usage_text(const key_rule &rule) {
   std::string text = rule.required ? "required" : "optional";
-  if (rule.has_default && rule.type != type::custom)
+  if (rule.has_default && rule.type == type::custom)
+    text = "has a default";
+  else if (rule.has_default)
     text = joined({"default ", rule.standard.empty() ? "empty" : shown(rule.standard)});
   if (rule.many)
     text += ", any number of times";
@@ -122,7 +124,9 @@ private:
     begin_block();
     remark(rule.help);
     remark(joined({type_text(rule), "; ", usage_text(rule)}));
-    if ((rule.required || (rule.has_default && !rule.deprecated)) && value)
+    // A default that would be warned of is no line either.
+    const bool shows_default = rule.has_default && !rule.deprecated && !suspicion(rule.standard);
+    if ((rule.required || shows_default) && value)
       line({rule.name, " = ", *value});
     else
       line({"# ", rule.name, " = ", value ? *value : "..."});
