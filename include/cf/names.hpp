@@ -46,19 +46,19 @@ public:
   }
 
 private:
-  std::vector<std::size_t> slots{}; // a power of 2
+  std::vector<std::uint64_t> slots{}; // a power of 2
   std::size_t used = 0;
 
-  std::size_t place(std::size_t number) const {
-    std::size_t at = (number >> 20) & (slots.size() - 1);
+  std::size_t place(std::uint64_t number) const {
+    std::size_t at = static_cast<std::size_t>(number >> 20) & (slots.size() - 1);
     while (slots[at] && slots[at] != number)
       at = (at + 1) & (slots.size() - 1);
     return at;
   }
   void grow() {
-    std::vector<std::size_t> old(std::max<std::size_t>(2 * slots.size(), 16));
+    std::vector<std::uint64_t> old(std::max<std::size_t>(2 * slots.size(), 16));
     old.swap(slots);
-    for (const std::size_t it : old)
+    for (const std::uint64_t it : old)
       if (it)
         slots[place(it)] = it;
   }
