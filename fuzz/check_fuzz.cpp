@@ -93,7 +93,8 @@ void check(cfgroup *top, unsigned char number) {
     const string said = kit::said();
     need(asked == expected.scopes, "each symbol is asked for once, in order");
     need(said == expected.reports, "what is wrong is reported, and nothing else");
-    need(valid == (said.find("E ") == string::npos), "errors decide");
+    need(valid == (said.find("E ") == string::npos),
+         "the check fails exactly if there is an error");
   }
 }
 

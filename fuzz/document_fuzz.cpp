@@ -70,7 +70,7 @@ void read(const cf::group &group, bool valid) {
       need(!valid); // a key that the schema does not have
     }
   for (const cf::group it : group.groups())
-    read(it, valid); // the schema is three levels deep, and what is unknown has an end of its own
+    read(it, valid); // as deep as the file, which is short
 }
 
 void edit(cf::document &doc, unsigned char what, unsigned char where, unsigned char value) {

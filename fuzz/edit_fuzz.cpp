@@ -308,7 +308,8 @@ private:
     const char *cat = grp->type == cf_grpcat || choose(2) ? nullptr : name();
     const char *key = choose(4) ? name() : "", *val = value();
     need(cfcatgetgrp(grp, cat, key) == cfgrp(find_group(grp, cat, key)), "a group is looked up");
-    need(cfcatgetpar(grp, key, val) == cfpar(find_param(grp, key, val)), "a parameter likewise");
+    need(cfcatgetpar(grp, key, val) == cfpar(find_param(grp, key, val)),
+         "a parameter is looked up");
     need(kit::print(grp) == text_of(grp), "a group is printed");
     jumps = false; // strings are held
     call([&] { check(grp, static_cast<unsigned char>(choose(256))); });

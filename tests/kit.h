@@ -77,7 +77,7 @@ public:
   meter &operator=(const meter &) = delete;
 
   static bool alive(const void *block); ///< of a block that this manager gave
-  static void called();                 ///< in each function that the library calls
+  static void called();                 ///< to be called in each function that the library calls
 
 private:
   struct cfmmgr former;
@@ -91,7 +91,7 @@ private:
 template <class Record> struct asking : Record {
   Record dfl{};
   size_t calls = 0;
-  /// Changes the result of a slot. A scanner returns NULL if this makes 0 or less of 1.
+  /// Changes the result of a slot. A scanner returns NULL if answer(1) is 0 or less.
   std::function<int(int)> answer = [](int it) { return it; };
 
   explicit asking(int only = -1) : Record{} {

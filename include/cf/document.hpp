@@ -12,8 +12,9 @@ namespace cf {
 
 /// How a document is saved. Every member has a default.
 struct saving {
-  std::size_t max_size = static_cast<std::size_t>(-1); ///< In bytes; a larger text is not written.
-  bool overwrite = false; ///< Write also if someone else changed the file since the load.
+  std::size_t max_size =
+      static_cast<std::size_t>(-1); ///< In bytes; save() throws for a larger text.
+  bool overwrite = false;           ///< Write also if someone else changed the file since the load.
 };
 
 namespace detail {

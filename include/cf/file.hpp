@@ -26,6 +26,7 @@ public:
 
   bool is_open() const { return fd >= 0; }
   int descriptor() const { return fd; }
+  /// Closes the file. False if that fails, as a delayed write may.
   bool close() { return fd < 0 || ::close(std::exchange(fd, -1)) == 0; }
 
   /// Reads to the end. Gives 0 or the cause of a failure as in errno; EFBIG: more than `most`
@@ -48,6 +49,7 @@ public:
     return 0;
   }
 
+  /// Writes all of a text. False if that fails.
   bool write(std::string_view text) {
     while (!text.empty()) {
       const ssize_t done = ::write(fd, text.data(), text.size());
@@ -65,7 +67,7 @@ private:
 /// Reads a whole file, as file::read().
 inline int load_file(const std::string &path, std::size_t most, std::string &text) {
   if (path.find('\0') != path.npos)
-    return EINVAL; // the system would open what is before it
+    return EINVAL; // the system would open the file named by the part before it
   file source(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   return source.is_open() ? source.read(most, text) : errno;
 }
@@ -78,7 +80,7 @@ inline std::string resolved(const std::string &path) {
   return real ? real.get() : path;
 }
 
-/// A path that is good in every working directory.
+/// A path that is valid in every working directory.
 inline std::string absolute(const std::string &path) {
   char folder[PATH_MAX];
   if (path.starts_with('/') || !getcwd(folder, sizeof folder))

@@ -41,8 +41,8 @@ struct looked_up {
 /// has no keys and no groups, gives the defaults of the schema, and refuses edits.
 ///
 /// Case does not count in names and keys. Keys and groups that the schema does not have are
-/// mistakes of the program: std::logic_error. Wherever a key is named, so is a value of another
-/// type than the key's.
+/// mistakes of the program: std::logic_error. Asking for a type that does not fit the key is one
+/// too.
 ///
 /// T is one of: bool; an integer type (of integers and sizes); a floating-point type (of reals and
 /// integers); std::string and std::string_view (of every key: its text); a duration of std::chrono;
@@ -94,8 +94,8 @@ public:
   std::string get_or(std::string_view key, const char *otherwise) const {
     return get_or<std::string>(key, otherwise);
   }
-  /// @return all values of a key, or the items of a list; if the file does not give it the default,
-  ///     or nothing.
+  /// @return all values of a key, or the items of a list; if the file does not give it, the
+  ///     default, or nothing if there is none.
   /// @throws as get().
   template <class T> std::vector<T> values(std::string_view key) const;
 
@@ -112,7 +112,7 @@ public:
   group_range groups() const;
   /// @return the groups of a category, as groups().
   group_range groups(std::string_view category) const;
-  /// @return the keys that the file gives, in its order; a key with several values occurs as often.
+  /// @return the keys that the file gives, in its order; a key occurs once for each value.
   key_range keys() const;
   /// @return a table of the groups of a category, for finding very many by name; valid until the
   ///     document is edited.
@@ -142,11 +142,12 @@ public:
   bool erase(std::string_view key) const;
   /// Adds an empty group at the end of this one. What the schema requires of it is to be set next.
   /// @return its handle.
-  /// @throws cf::error, and nothing changes, if the name cannot be one or is taken.
+  /// @throws cf::error, and nothing changes, if the name is not valid or is taken.
   section add_group(std::string_view category, std::string_view name) const;
   /// As above, for a group without category.
   section add_group(std::string_view name) const { return add_group({}, name); }
-  /// Removes the group with all it holds and the remarks that belong to it; its handles end.
+  /// Removes the group with all it holds and the remarks that belong to it; handles to it become
+  /// invalid.
   /// @throws cf::error if the group is not there, std::logic_error for the top.
   void erase() const;
 

@@ -189,7 +189,7 @@ inline cf::index section::index(std::string_view category) const {
 
 } // namespace cf
 
-// Every header of a range of the standard library declares these.
+// Iterators stay valid without their range, and copying a range costs nothing.
 template <> inline constexpr bool std::ranges::enable_borrowed_range<cf::group_range> = true;
 template <> inline constexpr bool std::ranges::enable_borrowed_range<cf::key_range> = true;
 template <> inline constexpr bool std::ranges::enable_view<cf::group_range> = true;

@@ -38,8 +38,8 @@ inline cfgroup *scan_host_head(cflexer *lex) {
                   lex->nrow);
 }
 
-/// Reads a text. The result is NULL if lines do not follow the format, which are then in `faults`,
-/// or if braces do not match.
+/// Reads a text. Returns NULL if braces do not match or if lines do not follow the format; `faults`
+/// then lists those lines.
 inline owned_group read_text(std::string_view text, names allowed, reading_faults &faults) {
   if (text.empty())
     text = "\n"; // not every system makes a stream of nothing
@@ -57,7 +57,7 @@ inline owned_group read_text(std::string_view text, names allowed, reading_fault
   const caught_messages guard(&faults);
   const bool clean = cflex(&lex, source.get(), "") != 0;
   if (std::ferror(source.get()))
-    throw std::bad_alloc(); // as above
+    throw std::bad_alloc(); // a stream over memory fails for no other reason
   return owned_group(clean ? std::exchange(lex.top, nullptr) : nullptr);
 }
 

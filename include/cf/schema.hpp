@@ -101,7 +101,8 @@ struct rulebook : counted {
   level top{};
 };
 
-/// Prepares a level that has its final place in memory, and all below it. As deep as the schema is.
+/// Prepares a level that has its final place in memory, and all below it. The recursion is as deep
+/// as the schema.
 inline void seal(level &it, level &top, const level *above) { // NOLINT(misc-no-recursion)
   it.above = above;
   it.id = top.ids;
@@ -132,7 +133,8 @@ inline void seal(level &it, level &top, const level *above) { // NOLINT(misc-no-
 
 } // namespace detail
 
-/// A group without category, by its name. If it is absent, what it requires is not missing.
+/// A group without category, by its name. If it is absent, the keys that it requires are not
+/// missing.
 /// @param entries keys and groups: what it may hold.
 template <class... Entries> detail::one_group one(std::string name, const Entries &...entries) {
   return detail::one_group(std::move(name), entries...);

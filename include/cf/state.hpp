@@ -150,8 +150,8 @@ inline std::vector<diagnostic> state::describe(findings &found) const {
   return list;
 }
 
-/// The size of the document as text, in bytes, or a little less. Throws if a line would be too long
-/// to be read back.
+/// The size of the document as text, in bytes, without its empty lines. Throws if a line would be
+/// too long to be read back.
 inline std::size_t printable_size(const state &doc) {
   const printed_size size(doc.tree.get());
   if (!size.too_long)

@@ -72,9 +72,10 @@ inline std::string_view trimmed(std::string_view text) {
   return text;
 }
 
+inline constexpr auto everything = static_cast<std::size_t>(-1);
+
 /// A text of a file in a form for messages: control bytes become \xNN, and after `most` bytes the
 /// text is cut.
-inline constexpr auto everything = static_cast<std::size_t>(-1);
 inline std::string shown(std::string_view text, std::size_t most = 60) {
   constexpr std::string_view digits = "0123456789abcdef";
   std::string result;
@@ -111,9 +112,10 @@ inline std::string unwritable(std::string_view text, std::size_t before) {
   return length_reason(before + text.size());
 }
 
+inline constexpr std::size_t longest_word = 40;
+
 /// The number of edits that make `wanted` of `text`: bytes added, removed, changed or swapped with
 /// their neighbour; case does not count. For texts of at most `longest_word` bytes.
-inline constexpr std::size_t longest_word = 40;
 inline std::size_t distance(std::string_view text, std::string_view wanted) {
   std::size_t row[3][longest_word + 1]; // the last rows of the table: before last, last, this
   const auto fold = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
