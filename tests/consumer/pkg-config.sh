@@ -4,12 +4,13 @@
 set -eu
 cd "$(dirname "$0")/project"
 app=$(mktemp)
-trap 'rm "$app"' EXIT
+trap 'rm "$app" "$app.o"' EXIT
 export PKG_CONFIG_PATH="$1/pkgconfig"
 
-for compile in "$2 -std=c11 app.c" "$3 -std=c++20 app.cpp"; do
-  $compile -o "$app" $(pkg-config --cflags --libs cf)
+for compile in "$2 -std=c11 -c app.c" "$3 -std=c++20 -c app.cpp"; do
+  $compile -o "$app.o" $(pkg-config --cflags cf)
+  ${compile%% *} -o "$app" "$app.o" $(pkg-config --libs cf)
   LD_LIBRARY_PATH=$1 "$app"
-  $compile -o "$app" -static $(pkg-config --static --cflags --libs cf)
+  ${compile%% *} -o "$app" -static "$app.o" $(pkg-config --static --libs cf)
   "$app"
 done
