@@ -32,8 +32,8 @@ void count(const bench::Operation &operation, const bench::Shape &shape) {
 } // namespace
 
 int main(int argc, char **argv) {
-  // The size of the environment moves the stack, and strlen counts more near the end of a page. From
-  // here on the stack begins at a page.
+  // strlen executes more instructions near the end of a page, and the size of the environment moves
+  // the stack. So from here on the stack begins at a page.
   const auto frame = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
   static void *volatile unused = alloca(frame % 4096);
   static_cast<void>(unused);

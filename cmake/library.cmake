@@ -12,7 +12,7 @@ set(cf_sources
   src/text/blocks.cpp src/text/format.cpp src/text/input.cpp src/text/lexer.cpp src/text/printer.cpp
     src/text/reader.cpp
   src/scope/check.cpp src/scope/diff.cpp src/scope/duplicate.cpp src/scope/names.cpp
-    src/scope/scope.cpp
+    src/scope/scope.cpp src/scope/textbuf.cpp
   src/catalog/build.cpp src/catalog/exchange.cpp src/catalog/insert.cpp src/catalog/lookup.cpp
     src/catalog/remove.cpp)
 list(TRANSFORM cf_sources PREPEND ${PROJECT_SOURCE_DIR}/)

@@ -9,6 +9,8 @@
 #include "cf.h"
 #include "scope/textbuf.h"
 
+#include <cstring>
+
 namespace cfcore {
 
 /// The names of the direct path.

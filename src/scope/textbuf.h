@@ -4,8 +4,7 @@
 
 #include "node/memory.h"
 
-#include <algorithm>
-#include <cstring>
+#include <cstddef>
 
 namespace cfcore {
 
@@ -33,16 +32,8 @@ private:
   char *data = fixed;
   char fixed[1024];
 
-  void grow(size_t size, size_t kept) {
-    size = std::max(size, 2 * room);
-    char *larger = static_cast<char *>(allocate(size));
-    std::memcpy(larger, data, kept);
-    char *former = data;
-    data = larger;
-    room = size;
-    if (former != fixed)
-      release(former);
-  }
+  /// Not inline: it is rare, and each user of reserve() would save registers for it.
+  void grow(size_t size, size_t kept);
 };
 
 } // namespace cfcore
