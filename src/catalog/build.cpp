@@ -21,11 +21,11 @@ cfgroup *cfcatalog(cfgroup *grp) {
 namespace cfcore {
 namespace {
 
-/// Visitor that files what the walk meets. The owner of the search, under which it files, goes down
-/// and climbs in step with the walk.
+/// Visitor that files what the walk meets under the owner of the search. When the walk enters an
+/// instance, its reference becomes the owner until the walk leaves the instance.
 class filer {
 public:
-  /// What `group` holds is filed under `owner`.
+  /// Files what `group` holds under `owner`.
   filer(cfgroup *owner, const cfgroup *group) : source(group), root(owner), search(owner) {}
 
   go enter(cfgroup *grp) {
@@ -45,6 +45,8 @@ public:
   }
   go leave(cfgroup *grp) {
     if (isfiled(grp)) {
+      // The owner is above one or two levels. `root` is an owner even if it has the kind of a level:
+      // the root of a catalog over a level does.
       cfgroup *gc = search.owner();
       do {
         gc = gc->link.group;
@@ -69,8 +71,8 @@ cfgroup *addlevel(cfgroup *grp, const char *cat, const char *name, cfgroup_t typ
   return level;
 }
 
-/// The category level or name level in `grp` that a search for the texts finds. A new one, if it
-/// finds nothing or something else.
+/// The category level or name level in `grp` that a search for the texts finds. If it finds nothing
+/// or something else, a new level.
 cfgroup *level(searches &search, cfgroup *grp, const char *cat, const char *name) {
   cfgroup *hit = ifgrp(search.group(grp, criterion(cat), criterion(name)));
   return hit && hit->type == cf_grpcat ? hit : addlevel(grp, cat, name, cf_grpcat);
@@ -83,14 +85,14 @@ void _cfcatelem(cfgroup *gc, cfgroup *grp) {
   walk(grp, visitor);
 }
 
-filed<cfgroup> _cfcatgrp(searches &search, cfgroup *grp) {
+filing<cfgroup> _cfcatgrp(searches &search, cfgroup *grp) {
   cfgroup *gc = search.owner();
   cfgroup *holder = *grp->cat ? level(search, gc, grp->cat, "") : gc;
   cfgroup *names = level(search, holder, "", grp->name);
   return {cfnewrefgrp(grp), names};
 }
 
-filed<cfparam> _cfcatpar(searches &search, cfparam *par) {
+filing<cfparam> _cfcatpar(searches &search, cfparam *par) {
   cfgroup *gc = search.owner();
   cfgroup *hit = ifgrp(search.key(gc, criterion(par->key)));
   cfgroup *values = hit ? hit : addlevel(gc, "", par->key, cf_grpval);

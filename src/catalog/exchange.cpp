@@ -10,8 +10,8 @@ using namespace cfcore;
 
 namespace {
 
-/// Makes a reference show an element, which is at the end of its chain.
-void show(cfnode *ref, const cfnode *elem) {
+/// Copies to a reference what it shares with its targets, from one of them.
+void update(cfnode *ref, const cfnode *elem) {
   switch (ref->type) {
   case cf_group: return refer(asgrp(ref), asgrp(elem));
   case cf_remark: return refer(asrem(ref), asrem(elem));
@@ -27,7 +27,7 @@ void refile(cfnode *lowest, cfnode *ref) { // NOLINT(misc-no-recursion): a step 
   _cfcatelem(asgrp(ref), asgrp(ref->ref));
 }
 
-/// Takes all elements out of a group.
+/// Moves all elements of a group to `removed`.
 void empty(cfgroup *grp, unlinked &removed) {
   while (!isanchor(grp->elem.next))
     removed.add(grp->elem.next);
@@ -38,7 +38,7 @@ void empty(cfgroup *grp, unlinked &removed) {
 cfnode *cfcatxcgnd(cfnode *cnd, cfnode *nd) {
   if (cnd->ref && cnd->type != nd->type)
     return nullptr;
-  cfnode *lowest = nullptr; // the reference next to the tree
+  cfnode *lowest = nullptr; // the last reference before `old`; NULL if `cnd` is `old`
   cfnode *old = cnd;
   for (; old->ref && old != nd; old = old->ref) // `nd` may itself be a reference of the chain
     lowest = old;
@@ -51,7 +51,7 @@ cfnode *cfcatxcgnd(cfnode *cnd, cfnode *nd) {
   if (lowest)
     lowest->ref = nd;
   for (cfnode *ref = cnd; lowest && ref != nd; ref = ref->ref) {
-    show(ref, nd);
+    update(ref, nd);
     if (isgroup)
       empty(asgrp(ref), removed);
   }

@@ -7,15 +7,15 @@
 namespace cfcore {
 
 /// A new reference, which is in no list yet, and the level that it is to be linked into.
-template <class Element> struct filed {
+template <class Element> struct filing {
   Element *ref;
   cfgroup *level;
 };
 
-// Each makes a reference to be filed under the owner of the search, and the levels that are
-// missing.
-filed<cfgroup> _cfcatgrp(searches &search, cfgroup *grp); ///< without what `grp` holds
-filed<cfparam> _cfcatpar(searches &search, cfparam *par);
+// Each makes a reference to an element, and the levels that are missing for it under the owner of
+// the search. What a group holds is not filed.
+filing<cfgroup> _cfcatgrp(searches &search, cfgroup *grp);
+filing<cfparam> _cfcatpar(searches &search, cfparam *par);
 
 /// Files all instances and parameters below `grp` under the owner `gc`.
 void _cfcatelem(cfgroup *gc, cfgroup *grp);

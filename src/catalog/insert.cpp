@@ -14,7 +14,7 @@ namespace {
 struct step;
 
 template <class Element> // NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
-Element *insert(cfgroup *gc, cfgroup_t level, Element *elem, step *above = nullptr);
+Element *insert(cfgroup *gc, cfgroup_t kind, Element *elem, step *above = nullptr);
 
 } // namespace
 
@@ -23,10 +23,10 @@ cfparam *cfcataddpar(cfgroup *gc, cfparam *elem) { return insert(gc, cf_grpval, 
 
 namespace {
 
-/// An owner on the way down to the tree, by the searches for it, and the one in the catalog above.
+/// One owner of the chain that leads from the given one, from target to target, down to the tree.
 struct step {
-  searches search;
-  step *above; // NULL: this is the owner that was given
+  searches search; // for this owner
+  step *above;     // the owner in the catalog above; NULL: this is the given one
 };
 
 /// The references for what one call adds. They wait in a list of their own, each with its level in
@@ -34,8 +34,8 @@ struct step {
 /// catalogs are as they were, except for empty levels.
 class insertion {
 public:
-  /// Files an instance, with all below it, in the catalogs from the `lowest` up. Gives the last
-  /// reference.
+  /// Files an instance, with all below it, under each owner from the `lowest` up. Gives the
+  /// reference in the uppermost catalog.
   cfgroup *file(step *lowest, cfgroup *inst) {
     for (step *it = lowest; it; it = it->above) {
       cfgroup *ref = wait(_cfcatgrp(it->search, inst));
@@ -45,7 +45,7 @@ public:
     return inst;
   }
 
-  /// Files a parameter likewise.
+  /// As the function above, for a parameter.
   cfparam *file(step *lowest, cfparam *par) {
     for (step *it = lowest; it; it = it->above)
       par = wait(_cfcatpar(it->search, par));
@@ -64,7 +64,7 @@ public:
 private:
   unlinked waiting;
 
-  template <class Element> Element *wait(const filed<Element> &made) {
+  template <class Element> Element *wait(const filing<Element> &made) {
     waiting.add(&made.ref->link);
     made.ref->link.group = made.level;
     return made.ref;
@@ -104,14 +104,14 @@ cfgroup *file_all(insertion &refs, step *lowest, cfgroup *elem) {
 
 cfparam *file_all(insertion &refs, step *lowest, cfparam *elem) { return refs.file(lowest, elem); }
 
-/// Goes down to the tree and adds there, then in the catalogs on the way. All owners are found
-/// before the element leaves its place: the way to an owner may lead through it.
+/// Goes down to the tree, adds the element there, and files it in the catalogs on the way. All
+/// owners are found before the element leaves its place: the way to an owner may lead through it.
 template <class Element> // NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
-Element *insert(cfgroup *gc, cfgroup_t level, Element *elem, step *above) {
-  gc = owner(gc, level);
+Element *insert(cfgroup *gc, cfgroup_t kind, Element *elem, step *above) {
+  gc = owner(gc, kind);
   if (cfgroup *lower = target(gc)) {
     step here{searches(gc), above};
-    return insert(lower, level, elem, &here);
+    return insert(lower, kind, elem, &here);
   }
   takeout(&elem->link);
   insertion refs;

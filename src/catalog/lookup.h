@@ -1,6 +1,7 @@
-// Catalog lookup, by a search that the caller chooses: see cfcatgetgrp() and cfcatgetpar().
+// Catalog lookup, as for cfcatgetgrp() and cfcatgetpar(), by a search that the caller chooses.
 //
-// A search has key(), group(), group_from() and group_without_levels() of the class `searches`.
+// The parameter Search of the templates is the class `searches` or another one with its functions
+// key(), group(), group_from() and group_without_levels().
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -8,9 +9,8 @@
 
 namespace cfcore {
 
-// A search for a parameter goes into the first level or block of the key that it meets; what
-// follows that is not searched.
-
+/// The first parameter of a key; of any key if that is NULL. The search goes into the first level
+/// or block of the key that it meets, and does not look at what follows that.
 template <class Search> cfparam *getkey(Search &&search, cfgroup *gc, const char *key) {
   for (;;) {
     cfnode *hit = search.key(gc, key);
@@ -20,7 +20,7 @@ template <class Search> cfparam *getkey(Search &&search, cfgroup *gc, const char
   }
 }
 
-/// The instance that a hit is or, if that is a level or a block, holds.
+/// The instance that was sought: the hit itself or, if that is a level or a block, one in it.
 template <class Search>
 cfgroup *instance(Search &&search, cfnode *nd, const char *cat, const char *name) {
   cfgroup *hit = ifgrp(nd);
@@ -34,9 +34,12 @@ template <class Search> cfgroup *getname(Search &&search, cfgroup *gc, const cha
   return instance(search, search.group(gc, nullptr, name), nullptr, name);
 }
 
-// On a catalog the three searches go down the levels, one list each. On a plain tree they stay in
-// one list, and each begins where the last one ended: no full match precedes a match of one text.
-// Without levels in the list only the full match matters.
+/// The first instance of a category and a name, by three searches: for the category, for the name
+/// and for both. In a catalog these go down from list to list: to the category level, to the name
+/// level and to the instance. In a plain tree all three go along one list, and each begins at the
+/// hit of the last one. They miss nothing, as a match of both texts is also a match of each.
+///
+/// If no level precedes the first match of both texts, one search for both has the same result.
 template <class Search>
 cfgroup *getcatname(Search &&search, cfgroup *gc, const char *cat, const char *name) {
   if (cfnode *hit = search.group_without_levels(gc, cat, name))

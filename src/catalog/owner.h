@@ -6,10 +6,10 @@
 
 namespace cfcore {
 
-/// The nearest group from `gc` upward that is not a level of the kind `level`, or the uppermost
+/// The nearest group from `gc` upward that is not of `kind`, the kind of a level, or the uppermost
 /// group.
-inline cfgroup *owner(cfgroup *gc, cfgroup_t level) {
-  while (gc->type == level && gc->link.group)
+inline cfgroup *owner(cfgroup *gc, cfgroup_t kind) {
+  while (gc->type == kind && gc->link.group)
     gc = gc->link.group;
   return gc;
 }

@@ -6,11 +6,11 @@ using namespace cfcore;
 
 namespace {
 
-/// One deletion. It first collects in a list all elements to delete, and then deletes them. So it
-/// may meet an element twice, and may read all that it meets.
+/// One deletion. It first collects all elements to delete in a list, and then deletes them. So an
+/// element that it meets again can still be read.
 class collector {
 public:
-  /// `keep`, which may be NULL, and its targets are not deleted with the elements in them.
+  /// `keep` and its targets are not deleted, even if all elements in them are. It may be NULL.
   explicit collector(const cfgroup *keep) : kept(keep) {}
 
   /// Collects an element, with all that is deleted with it.
@@ -18,10 +18,11 @@ public:
   void delete_all() { dlst.delete_all(); }
 
 private:
-  // A collected group is in no list of the tree any more, so the spare fields of its anchor hold
-  // what recursion would keep on the stack: `elem.group` its former parent, and `elem.ref` the
-  // anchor of the group that was being emptied before it, or that of `dlst` at the end.
-  unlinked dlst;
+  // `emptied` is the anchor of the collected group whose children are being collected now. A
+  // collected group is in no list of the tree any more, so the spare fields of its anchor hold what
+  // recursion would keep on the stack: `elem.group` its former parent, and `elem.ref` the former
+  // `emptied`, which for the first group is the anchor of `dlst`.
+  unlinked dlst; // what is collected
   const cfgroup *kept;
 
   cfnode *collect(cfnode *cnd, cfnode *&emptied);
@@ -57,13 +58,13 @@ namespace {
 void collector::_cfcatdelnd(cfnode *cnd) { // NOLINT(misc-no-recursion): a step for each link.ref
   if (!cnd || isanchor(cnd))
     return;
-  cfnode *emptied = dlst.end(); // the anchor of the group whose children are being collected
+  cfnode *emptied = dlst.end(); // no group yet
   while (cnd || emptied != dlst.end())
     cnd = cnd ? collect(cnd, emptied) : next(emptied);
 }
 
-/// Collects one element, after its targets. Gives its block if that is to be collected next, or
-/// NULL. A group becomes the one to empty.
+/// Collects one element, after its targets. A group becomes the one that is emptied. For any other
+/// element, gives the block to collect next, or NULL.
 // NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
 cfnode *collector::collect(cfnode *cnd, cfnode *&emptied) {
   _cfcatdelnd(cnd->ref);
@@ -82,11 +83,12 @@ cfnode *collector::collect(cfnode *cnd, cfnode *&emptied) {
   return nullptr;
 }
 
-/// The next child of the group to empty. If there is none, its block or NULL, and the group before
-/// it is the one to empty again.
+/// The next child of the group that is emptied. If it has none left, the group before it is emptied
+/// again, and the result is the block of the finished group, or NULL.
 cfnode *collector::next(cfnode *&emptied) {
   if (!isanchor(emptied->next))
     return emptied->next;
+  // The anchor does not name its group any more, so the group is computed from its address.
   const cfgroup *grp = reinterpret_cast<const cfgroup *>(reinterpret_cast<const char *>(emptied) -
                                                          offsetof(cfgroup, elem));
   cfgroup *block = boundblock(&grp->link, emptied->group);

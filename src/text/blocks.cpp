@@ -54,6 +54,8 @@ void makeblocks(cfgroup *top) {
   for (;;) {
     switch (it->type) {
     case cf_anchor:
+      // The walk ends with `top`, whose kind a slot may have changed, or with another group of kind
+      // cf_grptop that a slot made.
       if (it->group == top || it->group->type == cf_grptop)
         return;
       it = it->group->link.next;

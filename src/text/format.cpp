@@ -10,7 +10,7 @@
 namespace cfcore {
 namespace {
 
-/// Writes a line, which `put` puts into a writer. Gives its length, or -1 on failure.
+/// Writes the line that `put` puts into a writer. Gives its length, or -1 on failure.
 template <class Put> int writeline(cfprinter *prn, Put put) {
   writer out(prn->fd);
   put(out);

@@ -1,4 +1,4 @@
-// Input: what the direct path does once for many lines.
+// Input: how direct_input fills its buffer, and skips overlong lines.
 // SPDX-License-Identifier: MIT
 #include "text/input.h"
 
@@ -11,12 +11,12 @@ void direct_input::drain() {
     terminate(lineend(newline));
   } while (newline == end && begin != end); // until the newline, or until nothing more is read
   if (newline == end)
-    more = !std::feof(fd); // after an error, fgets() would try again too
+    more = !std::feof(fd); // after an error the stream is read again, as by slot_input
 }
 
 /// Reads until the current line's newline is there. Gives it, or `end` if the stream ends before it
 /// or the line fills the buffer.
-char *direct_input::readon() {
+char *direct_input::completeline() {
   for (;;) {
     const auto searched = end - begin;
     if (!refill())

@@ -1,4 +1,4 @@
-// Input: the lines of a stream, one at a time.
+// Input: the lines of a stream, one at a time. node/slots.h describes the direct and the slot path.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -11,12 +11,14 @@ namespace cfcore {
 /// The longest line that can be read, in bytes with its newline.
 inline constexpr size_t line_limit = 4095;
 
-/// Bytes that may be read from the terminator of a direct_input's line on.
+/// So many bytes may be read from the terminator of a direct_input's line on. A loop over the line
+/// can then read several bytes at once.
 inline constexpr size_t line_margin = 8;
 
+/// What next() of an input found.
 enum class fetched {
-  line,
-  overflow, ///< a line above the limit, of which row() is the beginning
+  line,     ///< row() is the line
+  overflow, ///< a line above the limit; row() is its beginning
   end       ///< no line is left
 };
 
@@ -29,7 +31,7 @@ public:
     terminate(buf);
   }
 
-  /// The current line, with its newline and a terminator.
+  /// The current line, with its newline and a terminator. Valid until the next call.
   const char *row() const { return begin; }
 
   /// Goes to the next line.
@@ -40,7 +42,8 @@ public:
       return fetched::overflow;
     }
     terminate(lineend(newline));
-    // At the end of the file a line may lack its newline. What came before a read error is no line.
+    // At the end of the file a line may lack its newline. If a read error cuts a line off, what was
+    // read of it is dropped.
     if (newline == end && (begin == end || !std::feof(fd)))
       return fetched::end;
     return fetched::line;
@@ -75,7 +78,7 @@ private:
     *at = '\0';
   }
 
-  /// The byte after a line, whose newline is `end` if it has none.
+  /// The byte after the line that ends with `newline`, which is `end` if the line has none.
   char *lineend(char *newline) const { return newline == end ? end : newline + 1; }
 
   /// The first newline from `from` on, or `end` if none was read.
@@ -93,10 +96,10 @@ private:
     // The first byte was stored just now, and a search by larger pieces would wait until that store
     // reaches the cache. So it is compared alone, and the search begins after it.
     char *newline = *begin == '\n' ? begin : find(begin + 1);
-    return newline != end ? newline : readon();
+    return newline != end ? newline : completeline();
   }
 
-  char *readon();
+  char *completeline();
   bool refill();
 };
 

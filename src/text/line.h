@@ -9,6 +9,7 @@
 
 namespace cfcore {
 
+/// The kind of a line; `none` is a syntax error.
 enum class linekind { none, empty, remark, grpbeg, grpend, param };
 
 /// What classify() finds in a line.

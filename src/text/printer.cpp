@@ -113,8 +113,8 @@ template <class Output> bool _cfprint(cfprinter *prn) {
   return visitor.finish() && done;
 }
 
-// Direct path: lines are gathered, and the indentation is kept up to date instead of counted up to
-// the root for each line.
+// Direct path: a writer gathers the lines. The indentation changes with each group, so it is not
+// counted up to the root for each line.
 
 class direct_output {
 public:
@@ -151,7 +151,7 @@ private:
 
 bool direct_printing(cfprinter *prn) { return _cfprint<direct_output>(prn); }
 
-// Slot path: each line is a call.
+// Slot path: each line is written by a call of its slot.
 
 class slot_output {
 public:

@@ -49,7 +49,7 @@ public:
 
   tree_builder(const tree_builder &) = delete;
   tree_builder &operator=(const tree_builder &) = delete;
-  ~tree_builder() { lex->row = nullptr; } // also after an exception: the line's buffer ends too
+  ~tree_builder() { lex->row = nullptr; } // the buffer of the line is gone, after an exception too
 
   /// True if the open group is the top group. A slot may change a group's kind, even the top
   /// group's, which is then recognised by having no parent.
@@ -111,7 +111,7 @@ private:
   cfgroup *open;
 };
 
-/// Reads all lines of an input and gives each one that is not too long to `handle`.
+/// Reads all lines of an input and passes each to `handle`, except those that are too long.
 template <class Input, auto handle> void readlines(cflexer *lex) {
   tree_builder tree(lex);
   Input in(lex->fd);
@@ -156,9 +156,9 @@ void direct_line(const cflexer *lex, tree_builder &tree) {
 
 void direct_reading(cflexer *lex) { readlines<direct_input, direct_line>(lex); }
 
-// Slot path: the classifiers are called in the order of the kinds of line, then a scanner.
+// Slot path: the classifiers are called in the order of their fields, then the scanner of the kind.
 
-/// Appends what a scanner returned. NULL, or a group that holds the open one, is a syntax error.
+/// Appends what a scanner returned. NULL, the open group or a group around it is a syntax error.
 template <class Element> void take(Element *elem, tree_builder &tree) {
   if (!elem || tree.isopen(&elem->link))
     return tree.syntaxerror();

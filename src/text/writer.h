@@ -33,6 +33,7 @@ public:
     put(run.substr(0, count));
   }
 
+  /// Writes what was gathered. False if this or an earlier write failed.
   bool flush() {
     write({buf, used});
     used = 0;
@@ -50,13 +51,13 @@ private:
   char buf[4096];
 
   /// fwrite() may return the full count although the stream failed to flush its own buffer; then
-  /// only the stream's error mark shows the failure. A mark that was set before means nothing here.
+  /// only the stream's error indicator shows the failure. If it was set before, it shows nothing.
   void write(std::string_view text) {
     if (!good || text.empty())
       return;
-    const bool marked = std::ferror(fd);
-    good =
-        std::fwrite(text.data(), 1, text.size(), fd) == text.size() && (marked || !std::ferror(fd));
+    const bool failed_before = std::ferror(fd);
+    good = std::fwrite(text.data(), 1, text.size(), fd) == text.size() &&
+           (failed_before || !std::ferror(fd));
   }
 };
 
