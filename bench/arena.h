@@ -6,8 +6,11 @@
 
 namespace bench::arena {
 
+/// Returns memory of a size of up to 1 MiB, aligned as by malloc().
 void *take(std::size_t size);
-inline void giveback(void *) {} // all at once, by reset()
-void reset();                   // the blocks are kept for the next round
+/// Does nothing: memory is given back by reset() only.
+inline void giveback(void *) {}
+/// Takes all memory back. The large blocks are kept for the next round.
+void reset();
 
 } // namespace bench::arena

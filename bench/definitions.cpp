@@ -7,6 +7,7 @@
 namespace bench {
 namespace {
 
+// Evaluators with addresses of their own: the library tells evaluators apart by their addresses.
 int evint(const char *val, void *vval) { return cfevint(val, vval); }
 int evflt(const char *val, void *vval) { return cfevflt(val, vval); }
 int evbool(const char *val, void *vval) { return cfevbool(val, vval); }
@@ -35,6 +36,7 @@ cfscope *single(const char *) {
 }
 
 cfscope *evaluated(const char *scope) {
+  // The keys of shapes end in the letters of limit, rate, enabled and path: see shapes.cpp.
   switch (scope[std::strlen(scope) - 1]) {
   case 't': return &current->integer;
   case 'e': return &current->real;

@@ -6,13 +6,13 @@
 
 namespace bench {
 
-/// The definition of each scope string; the kinds of a check.
-cfscope *multiple(const char *scope);  // may occur any number of times
-cfscope *single(const char *scope);    // may occur once
-cfscope *evaluated(const char *scope); // any number of times, with an evaluator for each parameter
+// Functions for the slot `scopedef`, one for each kind of check. They define every scope string.
+cfscope *multiple(const char *scope);  ///< may occur any number of times
+cfscope *single(const char *scope);    ///< may occur once
+cfscope *evaluated(const char *scope); ///< any number of times; parameters of a shape are evaluated
 
-/// Changes the evaluators of evaluated() for others that do the same, so that a check of values
-/// that are there has to make them anew.
+/// Exchanges the evaluators of evaluated() for others that do the same. The next check of a tree
+/// then evaluates anew, although the tree has its values.
 void otherevaluators();
 
 } // namespace bench

@@ -41,7 +41,7 @@ cfgroup *lines(size_t n, const Line &line) {
   return read(text);
 }
 
-/// A tree of `n` groups in one another.
+/// A tree of `n` elements, an even number: groups in one another, with a parameter before each.
 cfgroup *nested(size_t n, cfgroup_t kind, const char *cat) {
   cfgroup *top = cfnewgrp("", "", cf_grptop, -1);
   for (cfgroup *at = top; n > 0; n -= 2) {
@@ -55,7 +55,7 @@ cfgroup *nested(size_t n, cfgroup_t kind, const char *cat) {
 
 string key(size_t i) { return "key_" + to_string(i * 7919 % 10000019); }
 
-/// The last letters of a key of 20, in cases that tell `i`.
+/// A key of 20 letters, whose cases are the bits of `i`.
 string cases(size_t i) {
   string text = "abcdefghijklmnopqrst";
   for (size_t bit = 0; bit < text.size(); ++bit)
@@ -156,7 +156,7 @@ struct Operation {
   const char *what;
   void (*prepare)(Work &);
   void (*run)(Work &);
-  bool indents = false; // costs more on deep trees, as it must
+  bool indents = false; // on deep trees most of the output is indentation
 };
 
 void nothing(Work &) {}

@@ -20,7 +20,8 @@ constexpr std::array shapes = {"typical", "wide", "deep"};
 
 constexpr std::array sizes = {1000, 10000, 100000, 1000000};
 
-// Of the crowded shape: making it ready for look-ups, as libraries do that make maps of groups.
+// What is measured on the crowded shape: making a text ready for look-ups. For cf that is Load; the
+// other libraries are ready after ReadMemory.
 constexpr std::array crowded_operations = {"Load", "ReadMemory"};
 constexpr std::array crowded_libraries = {"cf", "nlohmann-json", "toml++", "libconfig"};
 
@@ -48,9 +49,9 @@ void run(benchmark::State &state, const Operation &operation, const std::string 
   const Shape &content = shape(name);
   const Task task = operation.make(content);
   const bool brief = content.elements < 1000 && !task.prepare && !task.clear;
-  const double least = timed(state, task, brief ? 32 : 1); // reading the clock takes its time too
+  const double least = timed(state, task, brief ? 32 : 1); // reading the clock takes time as well
   const std::size_t units = task.units ? task.units : content.elements;
-  state.counters["ns"] = least * 1e9 / static_cast<double>(units); // for an element or a look-up
+  state.counters["ns"] = least * 1e9 / static_cast<double>(units); // per element or unit
 }
 
 void list(const Operation &operation, const std::string &name) {
@@ -58,13 +59,14 @@ void list(const Operation &operation, const std::string &name) {
       benchmark::RegisterBenchmark((operation.name + "/" + operation.library + "/" + name).c_str(),
                                    [&operation, name](auto &state) { run(state, operation, name); })
           ->UseManualTime();
-  // A library with a pool deletes in no time, and would be asked to read millions of times for it.
+  // A library with a pool deletes so fast that the benchmark would repeat it millions of times, and
+  // read before each time.
   if (operation.name == "Delete")
     entry->Iterations(name == "typical" ? 10000 : 20);
 }
 
-/// Keeps released memory in the process: else the kernel's clearing of fresh pages is a good part
-/// of each round, or is not, by the chance of what lies at the heap's end.
+/// Keeps released memory in the process. Otherwise it depends on the last block of the heap whether
+/// a round begins with fresh pages, which the kernel clears while the clock runs.
 void keepmemory() {
   mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
   mallopt(M_MMAP_MAX, 0);

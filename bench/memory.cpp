@@ -9,7 +9,8 @@
 
 #include <malloc.h>
 
-// glibc's own names of its allocator, under the names that the program and all libraries call.
+// The allocator of glibc under its internal names. The functions at the end of this file have its
+// public names, which the program and all libraries call.
 extern "C" {
 void *__libc_malloc(std::size_t);
 void *__libc_calloc(std::size_t, std::size_t);
@@ -20,8 +21,8 @@ void __libc_free(void *);
 
 namespace {
 
-long bytes = 0;       // live, as malloc_usable_size() has them
-long allocations = 0; // ever made
+long bytes = 0;       // in live blocks, as malloc_usable_size() reports
+long allocations = 0; // made so far, released or not
 
 void *counted(void *block) {
   bytes += static_cast<long>(malloc_usable_size(block));
@@ -34,7 +35,7 @@ void uncount(void *block) { bytes -= static_cast<long>(malloc_usable_size(block)
 void count(const bench::Operation &operation, const char *name) {
   const bench::Shape &shape = bench::shape(name);
   const bench::Task task = operation.make(shape);
-  task.work(); // what a library sets up once is not counted
+  task.work(); // so that what a library sets up once is not counted
   task.clear();
   const long bytes_before = bytes;
   const long allocations_before = allocations;

@@ -14,16 +14,16 @@ namespace bench {
 /// One operation on one shape, ready to run as often as wanted. Only `work` is measured.
 struct Task {
   std::function<void()> work;
-  std::function<void()> prepare = {}; // what `work` needs afresh each time
-  std::function<void()> clear = {};   // away with what `work` made
-  std::size_t units = 0;              // what `work` does that often; 0: once for each element
+  std::function<void()> prepare = {}; // makes what each call of `work` uses up
+  std::function<void()> clear = {};   // deletes what `work` made
+  std::size_t units = 0;              // look-ups or edits in `work`; 0: one for each element
 };
 
 struct Operation {
   std::string name;
   std::string library; // "cf", "floor", or a peer
   std::function<Task(const Shape &)> make;
-  bool scales = false; // measured on the scale too
+  bool scales = false; // also measured on the shapes scale:N
 };
 
 std::vector<Operation> &operations();

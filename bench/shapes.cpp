@@ -45,7 +45,7 @@ Element group(std::string cat, std::string name) {
   return {Kind::group, std::move(name), "", Type::text, std::move(cat), {}};
 }
 
-/// Adds `params` parameters to a group, and `remarks` of them bear a remark.
+/// Adds `params` parameters to a group, `remarks` of them with a remark.
 void fill(Element &grp, std::size_t params, std::size_t remarks, std::size_t seed) {
   for (std::size_t i = 0; i < params; ++i) {
     if (remarks > 0 && i % (params / remarks) == 0 && i / (params / remarks) < remarks)

@@ -34,7 +34,7 @@ Element fold(const Element &grp) {
   return out;
 }
 
-/// A line-oriented syntax: how each kind of element is written at an indentation.
+/// A line-oriented syntax: how each kind of element is written.
 struct Lines {
   std::string remark, remark_end;
   std::string (*param)(const Element &);
@@ -91,7 +91,8 @@ const Lines xml_lines = {
     },
     [](const Element &grp) { return "</" + (grp.cat.empty() ? grp.name : grp.cat) + ">"; }};
 
-/// Sections do not nest in a file of sections: those of a group's groups follow its own.
+/// For syntaxes in which sections do not nest: the section of a group precedes those of the groups
+/// in it. With `whole_path`, as in TOML, a section has its path as name, and texts are quoted.
 void putsections(std::string &out, const Element &grp, const std::string &path, bool whole_path) {
   for (const Element &child : grp.children) {
     switch (child.kind) {

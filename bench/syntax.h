@@ -13,7 +13,7 @@ std::string render(const Element &top, Syntax syntax);
 
 struct Input {
   std::string text;
-  std::string file; // the same in a temporary file, which goes at the end of the program
+  std::string file; // path of a file with this text, deleted at the end of the program
 };
 
 /// The text of a shape, made once and kept.

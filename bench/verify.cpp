@@ -33,7 +33,7 @@ bool alike(const cfnode *one, const cfnode *two) {
   }
 }
 
-/// Equal in all fields and links; the backward links are those of a ring.
+/// True if two groups, with all below them, have equal fields, and the second has correct links.
 bool alike(const cfgroup *one, const cfgroup *two) {
   if (one->type != two->type || one->row != two->row || std::strcmp(one->cat, two->cat) ||
       std::strcmp(one->name, two->name))
@@ -63,7 +63,7 @@ void printours(std::FILE *fd, cfgroup *top) {
 
 void printfloor(std::FILE *fd, cfgroup *top) { floors::print(fd, top); }
 
-std::string scopes; // that were asked for
+std::string scopes; // all that `scopedef` was called with, a line each
 
 template <cfscope *(*definition)(const char *)> cfscope *noting(const char *scope) {
   scopes += scope;

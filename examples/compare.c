@@ -1,4 +1,5 @@
-/* compare: compares two files; scope strings exclude elements. Use: compare A B [SCOPE...]
+/* compare: compares two files, without the elements of some scope strings.
+ * Use: compare A B [SCOPE...]
  * The exit status is that of diff: 0 for the same, 1 for different, 2 for trouble.
  * SPDX-License-Identifier: MIT */
 #include <cf.h>
@@ -6,7 +7,7 @@
 #include <string.h>
 
 /*! [filter] */
-static char **excluded; /* up to a NULL; a filter gets nothing but the scope string */
+static char **excluded; /* ends with NULL; global, as a filter gets only the scope string */
 
 static int chkscope(const char *scope) {
   for (char **it = excluded; *it; ++it)

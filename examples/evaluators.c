@@ -42,7 +42,7 @@ static int evlevel(const char *val, void *vval) {
 
 /*! [duration] */
 /* A duration such as 1h30m: numbers with the units d, h, m and s, the larger unit first. False
- * if the text is none, or if it is too long for a long. */
+ * if the text is no duration, or if its seconds do not fit in a long. */
 static bool duration(const char *text, long *seconds) {
   static const struct {
     char unit;
@@ -66,7 +66,7 @@ static bool duration(const char *text, long *seconds) {
   return true;
 }
 
-/* The evaluator for it. The value is a long, in seconds. */
+/* Evaluator of durations. The value is a long, in seconds. */
 static int evduration(const char *val, void *vval) {
   long seconds = 0;
   if (val && !duration(val, &seconds))

@@ -10,7 +10,7 @@
 class full_disk {
 public:
   full_disk() {
-    std::cout.flush();             // what was printed before goes out
+    std::cout.flush();             // standard output may be a file too
     std::signal(SIGXFSZ, SIG_IGN); // a write fails instead of ending the process
     getrlimit(RLIMIT_FSIZE, &former);
     const rlimit tiny{16, former.rlim_max};

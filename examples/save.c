@@ -104,8 +104,8 @@ static bool done(bool ok, const char *fname, const char *step) {
   return ok;
 }
 
-/* Gives the new file the owner and the mode of the old one. A file that is new belongs to its
- * owner alone. */
+/* Gives the new file the owner and the mode of the old one. Without an old one, only the owner may
+ * read and write it, as mkstemp() made it. */
 static bool keep_owner(int fd, const char *target, const char *fname) {
   struct stat old;
   if (stat(target, &old) != 0)
@@ -124,7 +124,7 @@ static bool write_all(int fd, text txt) {
   return true;
 }
 
-/* Before this a crash of the machine may bring the old file back. */
+/* Makes a rename durable: without this, a crash of the machine may bring the old file back. */
 static bool sync_directory(const char *target, const char *fname) {
   char *directory = strdup(target);
   char *slash = directory ? strrchr(directory, '/') : NULL;
@@ -170,8 +170,8 @@ bool save(cfgroup *top, const char *fname, long limit) {
     ok = false;
   }
   if (ok) {
-    char *target =
-        realpath(fname, NULL); /* a symbolic link stays, the file that it names is replaced */
+    /* A symbolic link stays, and the file that it names is replaced. */
+    char *target = realpath(fname, NULL);
     ok = replace(target ? target : fname, txt, fname);
     free(target);
   }
@@ -180,7 +180,7 @@ bool save(cfgroup *top, const char *fname, long limit) {
 }
 /*! [save] */
 
-/* Messages appear in order with what else is shown. */
+/* Replaces the library's emsg(): messages go to standard output, in order with all else. */
 void emsg(const char *fmt, ...) {
   va_list args;
   va_start(args, fmt);

@@ -20,8 +20,8 @@ int evsized(const char *val, void *vval) {
 }
 
 constexpr cfeval_t evaluators[] = {cfevint, cfevstr, evsized, cfevbool, cfevflt, cfevintx};
-unsigned salt;
-string asked;
+unsigned salt; // selects the definitions
+string asked;  // the scope strings that scopedef() got, each with a blank after it
 
 /// The definition of a scope, derived from the salt and its text. All calls return the same record.
 cfscope *define(const char *scope) {
@@ -87,7 +87,7 @@ void check(cfgroup *top, unsigned char number) {
   parser.werr = number & 4;
   model expected{*cfparsedfl(&parser)};
   expected.run(&top->link);
-  for (int run = 0; run < 2; ++run) { // the second finds the values made
+  for (int run = 0; run < 2; ++run) { // the second finds the values of the first
     asked.clear();
     const int valid = cfparse(&parser, top, "cfg");
     const string said = kit::said();

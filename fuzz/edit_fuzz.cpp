@@ -19,7 +19,8 @@ using nodes = std::vector<cfnode *>;
 
 cfnode *target(cfnode *nd) { return nd->ref ? target(nd->ref) : nd; }
 
-bool is_above(const cfnode *nd, const cfnode *place) { // or the same
+/// True if `nd` is `place` or a group around it.
+bool is_above(const cfnode *nd, const cfnode *place) {
   while (place != nd && place->group)
     place = &place->group->link;
   return place == nd;
@@ -72,7 +73,7 @@ public:
 private:
   kit::meter memory;
   std::string_view left; // of the input
-  size_t calls = 0;      // until one throws, or jumps out; 0: none does
+  size_t failing = 0;    // number of the called() that throws or jumps out; 0: none does
   bool jumps = false, jumped = false;
   cfgroup *top = nullptr;          // the tree
   std::vector<cfgroup *> catalogs; // each over the one before, the first over the tree
@@ -99,9 +100,10 @@ private:
     return found.empty() ? nullptr : found[choose(found.size())];
   }
 
+  /// Begins a step: selects the call in it that fails, and notes what the tree holds.
   void begin() {
     const size_t choice = choose(8);
-    calls = choice < 3 ? 1 + choose(24) : 0;
+    failing = choice < 3 ? 1 + choose(24) : 0;
     jumps = choice == 0;
     memory.always = choice == 1;
     jumped = false;
@@ -114,7 +116,7 @@ private:
   template <class Call> bool call(Call made) {
     std::jmp_buf away;
     memory.jump = jumps ? &away : nullptr;
-    memory.countdown = calls;
+    memory.countdown = failing;
     volatile bool done = false;
     try {
       jumped = jumps && setjmp(away);
@@ -127,6 +129,7 @@ private:
     memory.countdown = 0;
     return done;
   }
+  /// Compares the tree and the catalogs with what they must be after a step that did not jump out.
   void verify() {
     nodes after = top ? kit::nodes(&top->link) : nodes();
     const auto goes = [this](cfnode *nd) { return dying.contains(nd) || moved.contains(nd); };
@@ -138,8 +141,8 @@ private:
       blocks += check_tree(&root->link), check_catalog(root);
     need(blocks == memory.live, "each live block is reached from somewhere");
   }
-  /// Continues after a jump. What is linked is whole and may be deleted; what the call held is
-  /// lost.
+  /// Continues after a jump. What is linked is complete and may be deleted. What the interrupted call
+  /// had not linked is lost.
   void restart() {
     const auto is_kept = [this](cfgroup *grp) { return memory.alive(grp) && !grp->link.prev; };
     for (cfgroup *root : std::exchange(catalogs, {}))
@@ -311,7 +314,7 @@ private:
     need(cfcatgetpar(grp, key, val) == cfpar(find_param(grp, key, val)),
          "a parameter is looked up");
     need(kit::print(grp) == text_of(grp), "a group is printed");
-    jumps = false; // strings are held
+    jumps = false; // a jump would leak the strings of the model
     call([&] { check(grp, static_cast<unsigned char>(choose(256))); });
   }
 };

@@ -32,7 +32,7 @@ size_t check_value(const cfparam *par) {
   return fresh.size() > 16;
 }
 
-/// True if a reference has the texts of its target.
+/// True if a reference has the texts, the row and the kind of its target.
 bool shows(cfnode *ref) {
   if (const cfparam *a = cfpar(ref), *b = cfpar(ref->ref); a && b)
     return a->key == b->key && a->val == b->val && a->row == b->row;
@@ -84,6 +84,27 @@ bool print(cfgroup *grp, string &out, unsigned &gaps) {
   return any || instance;
 }
 
+/// Elements of the source of a catalog, in their order, by where they are filed: by the target of the
+/// owner, and the texts of the levels under it.
+using filing = std::multimap<std::pair<cfgroup *, string>, cfnode *>;
+
+/// Where the elements below `source` belong.
+filing expected_filing(cfgroup *source) {
+  filing expected;
+  for (cfnode *nd : kit::nodes(&source->link))
+    if (nd != &source->link && (cfpar(nd) || is(nd, cf_grpinst))) {
+      cfgroup *holder = nd->group;
+      while (holder != source && holder->type != cf_grpinst)
+        holder = holder->link.group;
+      const cfgroup *grp = cfgrp(nd);
+      const string texts = !grp        ? string("=/") + cfpar(nd)->key
+                           : *grp->cat ? string(grp->cat) + "//" + grp->name
+                                       : string("/") + grp->name;
+      expected.emplace(std::pair(holder, lower(texts)), nd);
+    }
+  return expected;
+}
+
 } // namespace
 
 string text_of(cfgroup *top) {
@@ -105,20 +126,7 @@ size_t check_tree(cfnode *root) {
 }
 
 void check_catalog(cfgroup *root) {
-  // By the target of an owner and the texts of the levels in it: elements of the source, in order.
-  std::multimap<std::pair<cfgroup *, string>, cfnode *> expected, found;
-  cfgroup *source = cfgrp(root->link.ref);
-  for (cfnode *nd : kit::nodes(&source->link))
-    if (nd != &source->link && (cfpar(nd) || is(nd, cf_grpinst))) {
-      cfgroup *holder = nd->group;
-      while (holder != source && holder->type != cf_grpinst)
-        holder = holder->link.group;
-      const cfgroup *grp = cfgrp(nd);
-      const string texts = !grp        ? string("=/") + cfpar(nd)->key
-                           : *grp->cat ? string(grp->cat) + "//" + grp->name
-                                       : string("/") + grp->name;
-      expected.emplace(std::pair(holder, lower(texts)), nd);
-    }
+  filing found;
   std::set<std::pair<cfgroup *, string>> levels;
   for (cfnode *nd : kit::nodes(&root->link)) {
     string texts;
@@ -132,7 +140,7 @@ void check_catalog(cfgroup *root) {
     else if (nd->group)
       found.emplace(std::pair(cfgrp(up->link.ref), lower(texts)), nd->ref);
   }
-  need(found == expected, "each element is filed once, where it belongs");
+  need(found == expected_filing(cfgrp(root->link.ref)), "each element is filed once, where it belongs");
 }
 
 cfnode *find_group(cfgroup *gc, const char *cat, const char *name) {

@@ -34,15 +34,17 @@ std::string word(cfnode *nd);
 std::string dump(const cfnode *top, bool rows = true);
 inline std::string dump(const cfgroup *top, bool rows = true) { return dump(&top->link, rows); }
 
-/// The messages of this thread since the last call, one a line: "E text" or "W text".
+/// The messages of this thread since the last call, a line each: "E text" or "W text".
 std::string said();
 
+/// What cflex() leaves: its result, two fields of the record, and the messages as by said().
 struct reading {
-  cfgroup *top; ///< the caller's
+  cfgroup *top; ///< owned by the caller
   int result;
-  long nrow;
+  long nrow; ///< number of lines, plus 1
   std::string said;
 };
+/// Reads `bytes` with cflex(); NULL `lex` means a record without replaced slots.
 reading read(std::string_view bytes, cflexer *lex = nullptr);
 /// The text that cfprint() writes. Throws if it fails without a `prn`.
 std::string print(cfgroup *top, cfprinter *prn = nullptr);
@@ -62,22 +64,25 @@ struct thrown {};
 /// destructor throws if a block was not released.
 class meter {
 public:
-  size_t live = 0;              ///< blocks
-  std::vector<size_t> sizes;    ///< of all allocations
-  std::vector<void *> released; ///< in their order
+  size_t live = 0;              ///< number of blocks that are not released
+  std::vector<size_t> sizes;    ///< of all allocations, in their order
+  std::vector<void *> released; ///< all released blocks, in their order
 
-  size_t countdown = 0; ///< until a call out throws: an allocation, a release, a message, or
-                        ///< a function that calls called(); 0: none does
-  bool always = false;  ///< all calls after that one throw too
-  std::jmp_buf *jump = nullptr; ///< where to jump instead
+  /// The call number `countdown` of called() throws; 0: none does. The manager calls called() in
+  /// each allocation and release, and emsg() and wmsg() do for each message.
+  size_t countdown = 0;
+  bool always = false;          ///< all calls after that one throw too
+  std::jmp_buf *jump = nullptr; ///< if set, these calls jump there instead of throwing
 
   meter();
   ~meter() noexcept(false);
   meter(const meter &) = delete;
   meter &operator=(const meter &) = delete;
 
-  static bool alive(const void *block); ///< of a block that this manager gave
-  static void called();                 ///< to be called in each function that the library calls
+  /// True if a block that this manager allocated is not released.
+  static bool alive(const void *block);
+  /// Every function of the tests that the library calls must call this.
+  static void called();
 
 private:
   struct cfmmgr former;
@@ -87,10 +92,11 @@ private:
   static void release(void *block);
 };
 
-/// A record with replaced slots, all of them or only one, which call the defaults.
+/// A record in which all slots, or only the one at position `only`, are replaced by functions that
+/// count the call, ask `answer`, and otherwise do what the default does.
 template <class Record> struct asking : Record {
   Record dfl{};
-  size_t calls = 0;
+  size_t calls = 0; ///< of replaced slots
   /// Changes the result of a slot. A scanner returns NULL if answer(1) is 0 or less.
   std::function<int(int)> answer = [](int it) { return it; };
 

@@ -39,7 +39,7 @@ private:
 
   void check(cfgroup *grp, const cfgroup *instance, char *scope, char *at) {
     char *rest = stpcpy(stpcpy(at, grp->name), ".");
-    if (*grp->cat) {
+    if (*grp->cat) { // the prefix begins anew after the present one, which is needed again later
       content(grp, grp, rest + 1, stpcpy(stpcpy(rest + 1, grp->cat), "::"));
       stpcpy(stpcpy(stpcpy(stpcpy(at, grp->name), "."), grp->cat), "::");
     } else {

@@ -1,5 +1,5 @@
 // Floors: small programs that do only what cannot be avoided, on the library's own records. They
-// trust what they are given: lines are well-formed, memory does not end, nesting is moderate.
+// trust what they are given: lines are well-formed, there is memory, and nesting is moderate.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -17,14 +17,14 @@ long readlines(std::FILE *fd);
 cfgroup *read(std::FILE *fd);
 cfgroup *readarena(std::FILE *fd); // the same from the arena
 
-/// Writes a tree: each line assembled and written by one fwrite().
+/// Writes a tree: each line is assembled and written by one fwrite().
 void print(std::FILE *fd, const cfgroup *top);
 
 /// Asks `scopedef` about each element, by a scope string that is appended to a prefix. An element
 /// that may occur only once is searched for in its group, and evaluators are called.
 void check(cfgroup *top, cfscope *(*scopedef)(const char *));
 
-/// Files references to all elements, searching and linking.
+/// Makes a catalog: searches levels, and links references.
 cfgroup *catalog(cfgroup *top);
 
 /// Bare linear searches: in a catalog, level for level, and in a tree.
@@ -39,7 +39,7 @@ cfgroup *copy(const cfgroup *grp);
 /// Walks two trees side by side: true if all texts are equal.
 bool equal(const cfgroup *one, const cfgroup *two);
 
-/// A walk that frees.
+/// Releases a group with all below it.
 void remove(cfgroup *grp);
 
 } // namespace bench::floors

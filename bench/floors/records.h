@@ -37,6 +37,7 @@ inline void link(cfgroup *grp, cfnode *nd) {
 
 using Allocate = void *(*)(std::size_t);
 
+/// Makes the list of a group empty, and gives the group.
 inline cfgroup *emptied(cfgroup *grp) {
   grp->elem = {&grp->elem, &grp->elem, grp, nullptr, cf_anchor};
   return grp;

@@ -13,7 +13,7 @@
 namespace bench {
 namespace {
 
-/// What all values of a shape come to: both ways must take the same.
+/// What the values of a shape add up to: the same by the C functions and by the C++ interface.
 struct Sum {
   double numbers = 0;
   std::size_t texts = 0, truths = 0;
@@ -31,7 +31,7 @@ void visit(const Element &elem, Group grp, const Step &step, const Take &take) {
       visit(child, step(grp, child), step, take);
 }
 
-// By the C functions, with the cheapest of all tables of symbols: the last letter tells the type.
+// By the C functions. Instead of a table of symbols, the last letter of a key tells the type.
 
 cfscope *definition(const char *scope) {
   static cfscope integer = {"", cfevint, 0}, real = {"", cfevflt, 0}, boolean = {"", cfevbool, 0},
@@ -88,7 +88,7 @@ cf::entry keyof(const Element &param) {
   return key.text();
 }
 
-/// The entries for groups that have one entry in common.
+/// The entries for what any of these groups holds. The groups share one entry in the schema.
 cf::entry entries(const std::vector<const Element *> &groups) {
   std::vector<cf::entry> list;
   std::map<std::pair<std::string, std::string>, std::vector<const Element *>> inner;

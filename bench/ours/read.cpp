@@ -37,7 +37,7 @@ Task takinglines(const Shape &shape) {
           .prepare = [=] { std::rewind(stream.get()); }};
 }
 
-/// Reading as a user does it, for comparison with other libraries: each text has its own stream.
+/// Reading as a user does it, for comparison with other libraries: each round opens a stream.
 template <auto read, auto reset> Task whole(const Shape &shape, Stream (*open)(const Shape &)) {
   auto tree = std::make_shared<cfgroup *>();
   return {.work = [=, &shape] { *tree = read(open(shape).get()); }, .clear = [=] { reset(*tree); }};

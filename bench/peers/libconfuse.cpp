@@ -17,7 +17,7 @@ public:
   cfg_opt_t *options() const { return root; }
 
 private:
-  std::deque<std::vector<cfg_opt_t>> lists; // they stay where they are as more come
+  std::deque<std::vector<cfg_opt_t>> lists; // a deque, which does not move them when it grows
   cfg_opt_t *root;
 
   static cfg_opt_t option(const Element &par) {

@@ -1,8 +1,8 @@
 // Peer: another library under the same operations.
 //
-// A peer is a class that holds one document: constructed for a shape, with readfile() and
-// readmemory() that give false on failure, get() of an integer parameter, clear(), and set() and
-// print() if the library has them; `name` and `syntax` are static.
+// A peer is a class whose objects hold one document. It has a constructor for a shape, readfile()
+// and readmemory(), which return false on failure, get() for an integer parameter, and clear(). It
+// has set() and print() if the library can do that. `name` and `syntax` are static.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -47,8 +47,8 @@ template <class Peer> Task peerlookup(const Shape &shape) {
           .units = shape.routes.size()};
 }
 
-/// Sets integers to what they are, so that each round finds the same; first it is seen that they
-/// change.
+/// Sets integers to the values of the shape, so that all rounds are the same. Before the first
+/// round they get another value, to see that set() has an effect.
 template <class Peer> Task peersetting(const Shape &shape) {
   const auto peer = loaded<Peer>(shape);
   for (const Route &route : shape.routes)

@@ -45,8 +45,8 @@ public:
   }
   go leave(cfgroup *grp) {
     if (isfiled(grp)) {
-      // The owner is above one or two levels. `root` is an owner even if it has the kind of a level:
-      // the root of a catalog over a level does.
+      // The owner is above one or two levels. `root` is an owner, although it has the kind of a
+      // level in a catalog over a level.
       cfgroup *gc = search.owner();
       do {
         gc = gc->link.group;
