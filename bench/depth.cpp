@@ -1,6 +1,7 @@
 // The depth: reads groups that are nested in each other and releases them. The process ends with
-// status 0 if the library survives that, with SIGABRT if it refuses the text, and with SIGSEGV if it
-// runs out of stack. Use: cf_bench_depth LIBRARY DEPTH; without arguments it lists the libraries.
+// status 0 if the library survives that, with SIGABRT if it refuses the text, and with SIGSEGV if
+// it runs out of stack. Use: cf_bench_depth LIBRARY DEPTH; without arguments it lists the
+// libraries.
 // SPDX-License-Identifier: MIT
 #include "operations.h"
 

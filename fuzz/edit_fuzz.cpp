@@ -73,7 +73,7 @@ public:
 private:
   kit::meter memory;
   std::string_view left; // of the input
-  size_t failing = 0;    // number of the called() that throws or jumps out; 0: none does
+  size_t failing = 0;    // the number of the called() that throws or jumps out; 0: none
   bool jumps = false, jumped = false;
   cfgroup *top = nullptr;          // the tree
   std::vector<cfgroup *> catalogs; // each over the one before, the first over the tree
@@ -141,8 +141,8 @@ private:
       blocks += check_tree(&root->link), check_catalog(root);
     need(blocks == memory.live, "each live block is reached from somewhere");
   }
-  /// Continues after a jump. What is linked is complete and may be deleted. What the interrupted call
-  /// had not linked is lost.
+  /// Continues after a jump. What is linked is complete and may be deleted. What the interrupted
+  /// call had not linked is lost.
   void restart() {
     const auto is_kept = [this](cfgroup *grp) { return memory.alive(grp) && !grp->link.prev; };
     for (cfgroup *root : std::exchange(catalogs, {}))

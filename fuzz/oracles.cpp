@@ -84,8 +84,8 @@ bool print(cfgroup *grp, string &out, unsigned &gaps) {
   return any || instance;
 }
 
-/// Elements of the source of a catalog, in their order, by where they are filed: by the target of the
-/// owner, and the texts of the levels under it.
+/// Elements of the source of a catalog, in their order, by where they are filed: by the target of
+/// the owner, and the texts of the levels in it.
 using filing = std::multimap<std::pair<cfgroup *, string>, cfnode *>;
 
 /// Where the elements below `source` belong.
@@ -140,7 +140,8 @@ void check_catalog(cfgroup *root) {
     else if (nd->group)
       found.emplace(std::pair(cfgrp(up->link.ref), lower(texts)), nd->ref);
   }
-  need(found == expected_filing(cfgrp(root->link.ref)), "each element is filed once, where it belongs");
+  const filing expected = expected_filing(cfgrp(root->link.ref));
+  need(found == expected, "each element is filed once, where it belongs");
 }
 
 cfnode *find_group(cfgroup *gc, const char *cat, const char *name) {
