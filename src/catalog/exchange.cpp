@@ -10,7 +10,7 @@ using namespace cfcore;
 
 namespace {
 
-/// Copies to a reference what it shares with its targets, from one of them.
+/// Copies to a reference what it shares with its targets, of which `elem` is one.
 void update(cfnode *ref, const cfnode *elem) {
   switch (ref->type) {
   case cf_group: return refer(asgrp(ref), asgrp(elem));

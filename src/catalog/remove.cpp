@@ -84,7 +84,7 @@ cfnode *collector::collect(cfnode *cnd, cfnode *&emptied) {
 }
 
 /// The next child of the group that is emptied. If it has none left, the group before it is emptied
-/// again, and the result is the block of the finished group, or NULL.
+/// further, and the result is the block of the finished group, or NULL.
 cfnode *collector::next(cfnode *&emptied) {
   if (!isanchor(emptied->next))
     return emptied->next;

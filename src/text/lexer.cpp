@@ -17,8 +17,8 @@ int isgrpbeg(cflexer *lex) { return is(linekind::grpbeg, lex); }
 int isgrpend(cflexer *lex) { return lex->row && is(linekind::grpend, lex); }
 int isparam(cflexer *lex) { return is(linekind::param, lex); }
 
-// The scanners look for the mark of the line (# { =) and test nothing else: an application's
-// classifier may accept lines that the default ones refuse.
+// The scanners do not test the syntax again, but look for the mark of the line (# { =): an
+// application's classifier may accept lines that the default ones refuse.
 
 /// The first `mark` from `p` on, or the end of the text.
 const char *find(const char *p, char mark) {
