@@ -41,10 +41,12 @@ cfgroup *lines(size_t n, const Line &line) {
   return read(text);
 }
 
-/// A tree of `n` elements, an even number: groups in one another, with a parameter before each.
+/// A tree of `n` elements, or one more if that is odd: groups in one another, with a parameter
+/// before each.
 cfgroup *nested(size_t n, cfgroup_t kind, const char *cat) {
   cfgroup *top = cfnewgrp("", "", cf_grptop, -1);
-  for (cfgroup *at = top; n > 0; n -= 2) {
+  cfgroup *at = top;
+  for (size_t i = 0; i < n; i += 2) {
     cfgroup *inner = cfnewgrp(cat, "name", kind, -1);
     cfaddpar(at, cfnewpar("key", "value", -1));
     cfaddgrp(at, inner);
