@@ -823,13 +823,18 @@ TEST(Interface, CostIsNotSquare) {
     hosts += "host h" + std::to_string(i % 99'999) + " {\n  addr = x\n  adr = y\n}\n";
     (keys += 'k') += std::to_string(i) + " = x\n";
   }
-  const cf::result read = cf::try_parse(hosts, rules);
+  cf::result read = cf::try_parse(hosts, rules);
   EXPECT_EQ(read.diagnostics.size(), 101U);
   EXPECT_EQ(read.diagnostics.back().message, "and 99901 more");
   EXPECT_EQ(cf::try_parse(keys, rules).diagnostics.back().message, "and 99900 more");
   const cf::index index = read.document.index("host");
   for (int i = 0; i < 99'999; ++i)
     ASSERT_TRUE(index.find(std::string("H").append(std::to_string(i))));
+  for (int i = 0; i < 20'000; ++i) { // in another group after each addition; the name is free again
+    const cf::group host = read.document.add_group("host", "new");
+    host.add_group("disk", "root");
+    host.erase();
+  }
 }
 
 TEST(Interface, ThreadsLoadAndReadAtOnce) {

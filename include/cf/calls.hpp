@@ -96,6 +96,14 @@ inline const cfremark *as_remark(const cfnode *nd) {
   return reinterpret_cast<const cfremark *>(nd);
 }
 
+/// The node after `nd` in a walk over a whole tree: of a group, the first node of its list; of an
+/// anchor, which ends a list, the node after the group.
+inline cfnode *next_node(const cfnode *nd) {
+  if (nd->type == cf_group)
+    return as_group(nd)->elem.next;
+  return nd->type == cf_anchor ? nd->group->link.next : nd->next;
+}
+
 /// The first group or parameter that `owner` holds, from `nd` on; NULL after the last. Blocks are
 /// transparent.
 inline cfnode *element(const cfgroup *owner, cfnode *nd) {

@@ -209,16 +209,9 @@ private:
   /// Without a schema: looks at every value of the tree.
   void look_at_values() {
     const cfgroup *top = doc.tree.get();
-    for (const cfnode *nd = top->elem.next; nd != &top->elem;)
-      if (nd->type == cf_anchor) {
-        nd = nd->group->link.next;
-      } else if (nd->type == cf_group) {
-        nd = as_group(nd)->elem.next;
-      } else {
-        if (nd->type == cf_param)
-          look_at(*as_param(nd));
-        nd = nd->next;
-      }
+    for (const cfnode *nd = top->elem.next; nd != &top->elem; nd = next_node(nd))
+      if (nd->type == cf_param)
+        look_at(*as_param(nd));
   }
 };
 

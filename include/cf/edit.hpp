@@ -125,24 +125,35 @@ inline std::string value_reason(const key_rule *rule, const draft &given, std::s
   return reason;
 }
 
-/// True if `inner` is a group or somewhere below it.
-inline bool holds(const cfgroup *grp, const cfgroup *inner) {
-  while (inner && inner != grp)
-    inner = inner->link.group;
-  return inner;
+/// The hash by which state::taken holds a group.
+inline std::uint64_t name_hash(std::string_view category, std::string_view name) {
+  return hash(name, hash(category));
 }
 
-/// True if a group of that category and name is there.
+/// True if a group of that category and name is in `grp`; if not, one will be added. The hashes of
+/// all names in `grp` are kept, so that many additions do not search the list for each. They are
+/// ordered, not in a hash table: a file could choose names that collide.
 inline bool is_taken(state &doc, cfgroup *grp, std::string_view category, std::string_view name) {
-  if (doc.names_of != grp) {
-    doc.taken = {};
-    doc.names_of = grp;
+  const auto [entry, fresh] = doc.taken.try_emplace(grp);
+  std::set<std::uint64_t> &hashes = entry->second;
+  if (fresh)
     for (cfgroup *it = group_from(grp, first_element(grp)); it;
          it = group_from(grp, next_element(grp, &it->link)))
-      doc.taken.insert(hash(it->name, hash(it->cat)));
-  }
-  return !doc.taken.insert(hash(name, hash(category))) &&
+      hashes.insert(name_hash(it->cat, it->name));
+  return !hashes.insert(name_hash(category, name)).second &&
          find_group(grp, first_element(grp), category, name);
+}
+
+/// Removes a group, and all below it, from state::taken before it is deleted.
+inline void forget_names(state &doc, const cfgroup *grp) {
+  if (doc.taken.empty())
+    return;
+  if (const auto entry = doc.taken.find(parent_of(&grp->link)); entry != doc.taken.end())
+    entry->second.erase(name_hash(grp->cat, grp->name));
+  doc.taken.erase(grp);
+  for (const cfnode *nd = grp->elem.next; nd != &grp->elem; nd = next_node(nd))
+    if (nd->type == cf_group)
+      doc.taken.erase(as_group(nd));
 }
 
 } // namespace detail
@@ -231,8 +242,7 @@ inline void section::erase() const {
   require_there();
   if (!spot->link.group)
     misuse({}, "the top cannot be erased");
-  if (detail::holds(spot, doc->names_of))
-    doc->names_of = nullptr;
+  detail::forget_names(*doc, spot);
   const detail::caught_messages guard;
   cfcatdelgrp(detail::counterpart(*doc, spot));
 }

@@ -29,41 +29,6 @@ inline std::uint64_t hash(std::string_view text, std::uint64_t seed = 0) {
   return sum * 0x9e3779b97f4a7c15; // the upper bits choose the bucket
 }
 
-/// A set of hashes. Adding one takes constant time. Hashes that differ in the lowest bit alone
-/// count as equal.
-class hash_set {
-public:
-  /// True if the hash is new.
-  bool insert(std::uint64_t number) {
-    if (2 * used >= slots.size())
-      grow();
-    number |= 1; // 0 is an empty slot
-    std::size_t at = place(number);
-    const bool fresh = slots[at] != number;
-    used += fresh;
-    slots[at] = number;
-    return fresh;
-  }
-
-private:
-  std::vector<std::uint64_t> slots{}; // a power of 2
-  std::size_t used = 0;
-
-  std::size_t place(std::uint64_t number) const {
-    std::size_t at = static_cast<std::size_t>(number >> 20) & (slots.size() - 1);
-    while (slots[at] && slots[at] != number)
-      at = (at + 1) & (slots.size() - 1);
-    return at;
-  }
-  void grow() {
-    std::vector<std::uint64_t> old(std::max<std::size_t>(2 * slots.size(), 16));
-    old.swap(slots);
-    for (const std::uint64_t it : old)
-      if (it)
-        slots[place(it)] = it;
-  }
-};
-
 /// A key to sort by: a number, a kind, a name without case, and a place in a list.
 struct item {
   std::uint64_t number;

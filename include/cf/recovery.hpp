@@ -233,16 +233,13 @@ private:
 
 /// Gives the elements their lines in the source, since recovery may turn a line into several.
 inline void renumber(cfgroup *top, const std::vector<std::size_t> &rows) {
-  for (cfnode *nd = top->elem.next; nd != &top->elem;)
-    if (nd->type == cf_anchor) {
-      nd = nd->group->link.next;
-    } else {
+  for (cfnode *nd = top->elem.next; nd != &top->elem; nd = next_node(nd))
+    if (nd->type != cf_anchor) {
       long &row = nd->type == cf_group   ? as_group(nd)->row
                   : nd->type == cf_param ? as_param(nd)->row
                                          : as_remark(nd)->row;
       if (row > 0)
         row = static_cast<long>(rows[static_cast<std::size_t>(row) - 1]);
-      nd = nd->type == cf_group ? as_group(nd)->elem.next : nd->next;
     }
 }
 

@@ -10,6 +10,9 @@
 #include "recovery.hpp"
 #include "schema.hpp"
 
+#include <map>
+#include <set>
+
 namespace cf {
 
 /// What a load does with keys and groups that the schema does not have.
@@ -62,11 +65,10 @@ struct state {
   std::string text;
   owned_group tree, catalog; // `catalog` is NULL until it is asked for
   std::vector<diagnostic> warnings{};
-  const cfgroup *names_of = nullptr; // the group to which a group was added last; NULL: none
-  hash_set taken{};                  // hashes of the names of its groups
-  bool damaged = false;              // the text had syntax faults
-  std::string origin{};              // the file that was loaded or saved last; empty: none
-  fingerprint known{};               // its bytes
+  std::map<const cfgroup *, std::set<std::uint64_t>> taken{}; // see is_taken()
+  bool damaged = false;                                       // the text had syntax faults
+  std::string origin{}; // the file that was loaded or saved last; empty: none
+  fingerprint known{};  // its bytes
 
   state(shared<const rulebook> schema, cf::options how, std::string source)
       : book(std::move(schema)), options(std::move(how)), text(std::move(source)) {}
