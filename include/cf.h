@@ -20,9 +20,8 @@
  *   ::wmsg. Exhausted memory goes to ::fail. All other outcomes are results.
  * - Stack use is constant, except for one frame for each step along a chain of references, as in
  *   catalogs over catalogs.
- * - A *slot* is a function pointer in the record of an operation; NULL means the default. An
- *   operation may look at its slots only when it begins: replacing a slot during a call may have no
- *   effect.
+ * - A *slot* is a function pointer in the record of an operation; NULL means the default. Replacing
+ *   a slot while the operation runs may have no effect.
  * - A tree and all catalogs over it may be used by one thread at a time. Operations that only read
  *   may run in several threads at once while no thread writes. The memory manager is the only state
  *   that trees share.
@@ -59,7 +58,7 @@
 #define CF_API
 #define CF_FORMAT
 #endif
-/* These enclose a function that has the same name as a record, which is intended. */
+/* These enclose a function that has the same name as a record, of which -Wshadow would warn. */
 #if defined(__GNUC__) && defined(__cplusplus)
 #define CF_SAME_NAME _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wshadow\"")
 #define CF_SAME_NAME_END _Pragma("GCC diagnostic pop")
@@ -105,15 +104,16 @@ typedef struct cfparam cfparam;
 
 /** An evaluator converts the text of a parameter into a typed value. It is called in three ways:
  *
- * | `val` | `vval`  | question                  | answer                                          |
- * |-------|---------|---------------------------|-------------------------------------------------|
- * | NULL  | NULL    | size of a value?          | > 0 bytes; 0: the text is the value; < 0: it    |
- * |       |         |                           | depends on the text                             |
- * | text  | NULL    | valid, and of which size? | >= 0: valid, size in bytes; < 0: not valid      |
- * | text  | storage | convert into the storage  | >= 0: done; < 0: not valid                      |
+ * | `val` | `vval`  | task                         | result                                      |
+ * |-------|---------|------------------------------|---------------------------------------------|
+ * | NULL  | NULL    | Say how large a value is.    | > 0: size in bytes; 0: the text is the      |
+ * |       |         |                              | value; < 0: the size depends on the text    |
+ * | text  | NULL    | Check the text.              | >= 0: valid, size as above; < 0: not valid  |
+ * | text  | storage | Convert it into the storage. | >= 0: done; < 0: not valid                  |
  *
- * The storage has at least the size that the evaluator returned, and is aligned as by malloc(). An
- * evaluator may refuse a text after it has written to the storage. */
+ * The storage has at least the size that the evaluator returned, and is aligned as by malloc();
+ * where pointers have 32 bits, perhaps to 8 bytes only. An evaluator may refuse a text after it has
+ * written to the storage. */
 typedef int (*cfeval_t)(const char *val, void *vval);
 
 /** The link record: the first field of every element, and the anchor inside every group.
@@ -171,7 +171,9 @@ struct cfmmgr {
 };
 
 /** Installs a memory manager for the whole process, from the next allocation or release on. The new
- * manager also releases the blocks that the former one made, as no element records its manager.
+ * manager also releases the blocks that the former one made, as no element records its manager. No
+ * other thread may use the library during this call. Threads with separate trees call the functions
+ * of the manager at the same time.
  * @param mmgr copied; NULL changes nothing.
  * @return the manager before the call. */
 CF_SAME_NAME
@@ -197,6 +199,7 @@ CF_API cfnode *cfinitrefnd(cfnode *nd, cfnode *ref, cfgroup *pgrp);
 CF_API cfnode *cfunlknd(cfnode *nd);
 
 /** Moves an element from the list that it is in to the end of a group, which then owns it.
+ * @param nd not an anchor.
  * @return `grp`.
  * @warning No link operation detects that a group is linked into itself or into a group below it.
  */
@@ -231,16 +234,19 @@ CF_API cfnode *cfchainpar(cfnode *it, cfparam *elem);
 
 /** Makes an empty group in no list.
  * @param cat,name copied; NULL means the empty text.
+ * @param row line number from 1; negative: no line of a file.
  * @return a new group that the caller owns until it is linked. */
 CF_API cfgroup *cfnewgrp(const char *cat, const char *name, cfgroup_t type, long row);
 
 /** Makes a remark in no list.
  * @param txt copied; NULL means the empty text.
+ * @param row as in ::cfnewgrp.
  * @return a new remark that the caller owns until it is linked. */
 CF_API cfremark *cfnewrem(const char *txt, long row);
 
 /** Makes a parameter in no list, not evaluated.
  * @param key,val copied; NULL means the empty text.
+ * @param row as in ::cfnewgrp.
  * @return a new parameter that the caller owns until it is linked. */
 CF_API cfparam *cfnewpar(const char *key, const char *val, long row);
 
@@ -254,22 +260,19 @@ CF_API cfgroup *cfnewrefgrp(cfgroup *grp);
  * @return as ::cfnewrefgrp. It shares the target's value, too. */
 CF_API cfparam *cfnewrefpar(cfparam *par);
 
-/** Takes an element of any kind out of its list and deletes it with all it holds.
+/** Takes an element of any kind out of its list and deletes it with all it holds: the last child
+ * first, and children before their group. The target of a reference is neither deleted nor read.
  * @param nd NULL or an anchor: nothing happens.
  * @warning References to a deleted element are not detected. If there is a catalog, delete through
  *     it. */
 CF_API void cfdelnd(cfnode *nd);
 
-/** Deletes a group with all it holds: the last child first, and children before their group. The
- * target of a reference is neither deleted nor read.
- * @param elem NULL: nothing happens. */
+/** ::cfdelnd for a group. @param elem NULL: nothing happens. */
 CF_API void cfdelgrp(cfgroup *elem);
-
-/** Deletes a remark. @param elem NULL: nothing happens. */
+/** ::cfdelnd for a remark. @param elem NULL: nothing happens. */
 CF_API void cfdelrem(cfremark *elem);
-
-/** Deletes a parameter. If its value is a block of its own, that is released first. A reference
- * does not release the value, which belongs to its target.
+/** ::cfdelnd for a parameter. If its value is a block of its own, that is released first. A
+ * reference does not release the value, which belongs to its target.
  * @param elem NULL: nothing happens. */
 CF_API void cfdelpar(cfparam *elem);
 
@@ -322,17 +325,20 @@ CF_API cfremark *cfrem(cfnode *nd);
 CF_API cfparam *cfpar(cfnode *nd);
 
 /** Searches a list for a group of kind ::cf_grpcat, ::cf_grpgrp or ::cf_grpinst with texts equal to
- * those given. Each search starts at `it` itself and stays in its list.
+ * those given.
+ * @param it the first node to test. The search stays in its list.
  * @param cat,name NULL or empty: any.
  * @return the first hit, or the list's anchor (see ::cfend); never NULL. */
 CF_API cfnode *cfseekgrp(cfnode *it, const char *cat, const char *name);
 
 /** Searches a list for a remark or a block of remarks (::cf_grprem).
+ * @param it as in ::cfseekgrp.
  * @return the first hit, or the list's anchor; never NULL. */
 CF_API cfnode *cfseekrem(cfnode *it);
 
 /** Searches a list for a parameter with texts equal to those given. If `val` is NULL, a group of
  * kind ::cf_grpval or ::cf_grppar whose `name` equals `key` is a hit, too.
+ * @param it as in ::cfseekgrp.
  * @param key NULL or empty: any.
  * @param val NULL: any. The empty text matches an empty value only.
  * @return the first hit, a parameter or a group (see ::cftype), or the list's anchor; never NULL.
@@ -379,11 +385,13 @@ CF_API int cfevstr(const char *val, void *vval);
 CF_API int cfevalpar(cfparam *par, cfeval_t eval);
 
 /** Drops the value of a parameter. For a reference, the values of its targets are dropped, too.
- * @return `par`. */
+ * @return `par`.
+ * @warning Other references to the same target keep the value, as after ::cfevalpar. */
 CF_API cfparam *cfunevalpar(cfparam *par);
 
-/** @return the value, 1 or 0, of a parameter evaluated with ::cfevbool. The evaluator is not
- *     tested, here and in the next three functions. */
+/** @return the value, 1 or 0, of a parameter evaluated with ::cfevbool. Here and in the
+ *     next three functions, the behaviour is undefined for another evaluator and for a parameter
+ *     that is not evaluated. */
 CF_API char cfbool(const cfparam *par);
 /** @return the value of a parameter evaluated with ::cfevint. */
 CF_API long cfint(const cfparam *par);
@@ -402,7 +410,7 @@ CF_API const char *cfvstr(const cfparam *par);
 /** @defgroup cf_text Reading and printing
  *
  * A file consists of lines of at most 4095 bytes, newline included. Each line is of one of these
- * kinds (W is optional white space):
+ * kinds (W is optional white space; between `cat` and `name` some is required):
  *
  * | kind        | form                                   | becomes                               |
  * |-------------|----------------------------------------|---------------------------------------|
@@ -423,11 +431,11 @@ typedef struct cfprinter cfprinter;
 
 /** The reader's record. Clear it, set the slots that replace a default, and call ::cflex.
  *
- * Every slot finds the current line in `row` and its number in `nrow`. A classifier returns
- * non-zero for yes. The classifiers are called in the order of the fields until one says yes. For a
- * remark, a group begin or a parameter, the scanner then makes a new element, in no list and with
- * its `row` set; if it returns NULL, the line is reported as a syntax error. If the mark of a
- * default scanner (# { =) is not in the line, the scanner takes the end of the line for the mark.
+ * Every slot finds the current line in `row` and its number in `nrow`. The classifiers (`is`...)
+ * return non-zero for yes, and are called in the order of the fields until one says yes. For a
+ * remark, a group begin or a parameter, the scanner (`scan`...) then makes a new element, in no list
+ * and with its `row` set; if it returns NULL, the line is reported as a syntax error. If the mark of
+ * a default scanner (# { =) is not in the line, the scanner takes the end of the line for the mark.
  */
 struct cflexer {
   int (*isempty)(cflexer *lex);  /**< Is the line empty? */
@@ -519,15 +527,15 @@ CF_API int cfprint(FILE *fd, cfprinter *prn, cfgroup *top, const char *fname);
  *
  * | element                 | scope string                               | example              |
  * |-------------------------|--------------------------------------------|----------------------|
- * | parameter in no group   | `::` key                                   | "::verbose"          |
+ * | parameter in the top    | `::` key                                   | "::verbose"          |
  * | parameter in host alpha | category `::` key                          | "host::addr"         |
  * | parameter in net        | path of the group, key                     | "::net.port"         |
  * | group host alpha in net | path of its parent, name `.` category `::` | "::net.alpha.host::" |
  * | group net               | path of its parent, name `.`               | "::net."             |
  *
  * The *path* of a group is `::` for the top group, category `::` for a group with a category, and
- * the path of its parent, name `.` for any other. So below host alpha every path begins with
- * `host::`, wherever host alpha is.
+ * the path of its parent, name `.` for any other. So a path begins at the nearest group
+ * with a category, wherever that group is.
  * @{ */
 
 typedef struct cfscope cfscope;
@@ -549,7 +557,7 @@ struct cfparser {
   unsigned int (*genscope)(char *scbf, cfnode *nd);
   /** Returns the definition of a scope string, or NULL if there is none. The text is valid during
    * the call only. The application owns the definition, which is read once after the call: each
-   * call may return the same record with new contents. It must not change the links of the tree. */
+   * call may return the same record with new contents. The function must not change the links of the tree. */
   cfscope *(*scopedef)(const char *scope);
   char werr;         /**< Non-zero: an undefined symbol is an error; 0: a warning. */
   char valid;        /**< 1 until an error is reported. */
@@ -572,8 +580,8 @@ CF_API cfparser *cfparsedfl(cfparser *parser);
  * - `%s:%ld: value expression error` or `%s/%s: value expression error`: the evaluator refused.
  * - `%s:%ld: duplicate symbol` or `%s/%s: duplicate symbol`: the definition is not `multi`, and an
  *   element of the same kind with the same texts comes before it in the same instance: a parameter
- *   with the same key, or a group with the same category and name. An empty name or key is the same
- *   as another empty one only.
+ *   with the same key, or a group with the same category and name. An empty name or key
+ *   equals only another empty one.
  *
  * @param parser `werr` and slots set. All other fields are overwritten.
  * @param fname for messages only; borrowed.
@@ -599,7 +607,7 @@ struct cfdiff {
 };
 
 /** Stores the default into each slot that is NULL. No other field changes. The defaults make scope
- * strings as described above, and exclude no element. Call this before ::cfdiffnd, which does not.
+ * strings as described above, and exclude no element. ::cfdiffnd does not do this itself.
  * @return `diff`. */
 CF_API cfdiff *cfdiffdfl(cfdiff *diff);
 
@@ -648,16 +656,16 @@ CF_API cfgroup *cfcatalog(cfgroup *grp);
  * - neither: the first instance; in a catalog, that of the first level.
  *
  * @param gc owner, level, or group of a tree.
- * @param cat must not be given if `gc` is a category level: nothing is found there with it.
- * @param name as above.
+ * @param cat,name as above. In a category level, nothing is found with a `cat`.
  * @return the reference or instance, borrowed; NULL if there is none. */
 CF_API cfgroup *cfcatgetgrp(cfgroup *gc, const char *cat, const char *name);
 
 /** Looks up a parameter in a group of a catalog or of a plain tree, and in its levels or blocks.
  * @param gc owner, level, or group of a tree.
  * @param key NULL or empty: any.
- * @param val NULL: any. If given, the parameters that are directly in the group are searched first,
- *     and then only the first level or block with the key, or the first of all without `key`.
+ * @param val NULL: any. If it is given, the parameters directly in the group are searched first,
+ *     and then a single level or block: the first one with the key, or without `key` the first of
+ *     all.
  * @return the first such reference or parameter, borrowed; NULL if there is none. */
 CF_API cfparam *cfcatgetpar(cfgroup *gc, const char *key, const char *val);
 
@@ -713,8 +721,8 @@ CF_API cfparam *cfcatsetpar(cfgroup *gc, cfparam *elem);
  * @param cnd reference, level or element of a tree. NULL or an anchor: nothing happens. */
 CF_API void cfcatdelnd(cfnode *cnd);
 
-/** Deletes each child of a group as ::cfcatdelnd does. The group and its targets are kept, and so
- * are the free remarks in the targets. A block is emptied and kept.
+/** Deletes each child of a group as ::cfcatdelnd does. The group itself is kept, even if it is a
+ * block, and so are its targets and the free remarks in them.
  * @param cgrp NULL gives NULL.
  * @return `cgrp`. */
 CF_API cfgroup *cfcatclrgrp(cfgroup *cgrp);

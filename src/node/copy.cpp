@@ -10,10 +10,10 @@ using namespace cfcore;
 
 namespace {
 
-// NOLINTBEGIN(misc-no-recursion): a step for each link.ref
+// NOLINTBEGIN(misc-no-recursion): one frame for each step along link.ref
 
-/// Copies one element, as the visitor of a walk over it if it is a group. `parent` follows the walk
-/// in the copy. The finished copy, and those of targets, are in the list `made`.
+/// Copies one element. A group is copied by a walk, whose visitor this is; `parent` is the copy of
+/// the group that the walk is in. The list `made` holds the copy and the copies of targets.
 class copier {
 public:
   explicit copier(unlinked &list) : made(list) {}
@@ -63,7 +63,7 @@ private:
   cfgroup *top = nullptr;
   cfgroup *parent = nullptr;
 
-  /// Copies the record of a group. A reference gets a copy of its target with all that holds.
+  /// Copies the record of a group. A reference gets a copy of its target with all it holds.
   cfgroup *record(const cfgroup *grp) {
     return grp->link.ref ? cfnewrefgrp(copier(made).copy(asgrp(grp->link.ref)))
                          : makegrp(grp->cat, grp->name, grp->type, grp->row);

@@ -9,11 +9,12 @@
 
 namespace cfcore {
 
+// An element and its `link` have the same address.
 static_assert(std::is_standard_layout_v<cfgroup> && offsetof(cfgroup, link) == 0);
 static_assert(std::is_standard_layout_v<cfremark> && offsetof(cfremark, link) == 0);
 static_assert(std::is_standard_layout_v<cfparam> && offsetof(cfparam, link) == 0);
 
-// An element and its `link` have the same address. These conversions do not test the type.
+// The node as the element that it belongs to. The type is not tested.
 inline cfgroup *asgrp(cfnode *nd) { return reinterpret_cast<cfgroup *>(nd); }
 inline cfremark *asrem(cfnode *nd) { return reinterpret_cast<cfremark *>(nd); }
 inline cfparam *aspar(cfnode *nd) { return reinterpret_cast<cfparam *>(nd); }
@@ -56,7 +57,7 @@ inline void putbefore(cfnode *it, cfnode *nd) {
 /// Puts `nd`, which is in no list, at the end of `grp`.
 inline void putlast(cfgroup *grp, cfnode *nd) { putbefore(&grp->elem, nd); }
 
-/// Moves `nd` before `it`. If `it` is in no list, `nd` is in none afterwards.
+/// Moves `nd` before `it`, which is another node. If `it` is in no list, `nd` is in none afterwards.
 inline void movebefore(cfnode *it, cfnode *nd) {
   takeout(nd);
   if (it->prev)

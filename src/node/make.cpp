@@ -1,4 +1,4 @@
-// Construction: an element and its texts in one block.
+// Construction: an element and its texts in one allocation.
 // SPDX-License-Identifier: MIT
 #include "node/make.h"
 

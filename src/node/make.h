@@ -1,4 +1,4 @@
-// Construction: an element and its texts in one block.
+// Construction: an element and its texts in one allocation.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -16,8 +16,8 @@ cfparam *makepar(std::string_view key, std::string_view val, long row);
 /// A text that may be NULL, which means the empty text.
 inline std::string_view view(const char *text) { return text ? text : std::string_view(); }
 
-// Each copies to a reference what it shares with its target: texts, row, and kind or value. The
-// links and the children of both stay as they are.
+// Each copies to a reference what it shares with its target: texts, row, and kind or value. Links,
+// `link.ref` included, and children stay as they are.
 
 inline void refer(cfgroup *ref, const cfgroup *target) {
   ref->row = target->row;

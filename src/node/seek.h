@@ -8,21 +8,22 @@
 
 namespace cfcore {
 
-/// The criterion that a caller gave, or NULL for none: the empty text is none.
+/// The criterion that a caller gave, or NULL if it gave NULL or the empty text.
 inline const char *criterion(const char *text) { return given(text) ? text : nullptr; }
 
 /// True if a text meets a criterion, which may be NULL for none.
 inline bool meets(const char *text, const char *wanted) { return !wanted || equal(text, wanted); }
 
-/// The first node from `it` on that is a hit, or the anchor. `hit` is called for the anchor too, as
-/// this is the rare case, and refuses it by its type.
+/// The first node from `it` on that is a hit, or the anchor. `hit` is called for the anchor too and
+/// must refuse it.
 template <class Hit> cfnode *seek(cfnode *it, Hit hit) {
   while (!hit(it) && !isanchor(it))
     it = it->next;
   return it;
 }
 
-/// Hit of a search for groups: an instance, block of instances or level, by its texts.
+/// Hit of a search for groups: an instance, a block that holds one, or a level of instances, by its
+/// texts.
 struct group_hit {
   const char *cat;
   const char *name;
@@ -67,8 +68,8 @@ struct value_hit {
   }
 };
 
-// The searches: the first hit from `it` on, else the anchor. A criterion of NULL is none, except
-// for the value.
+// The searches: the first hit from `it` on, else the anchor. Any text meets a criterion of NULL;
+// only the value must not be NULL.
 
 inline cfnode *seekgrp(cfnode *it, const char *cat, const char *name) {
   return seek(it, group_hit{cat, name});

@@ -43,9 +43,8 @@ private:
   std::tuple<Slot...> all;
 };
 
-/// The `int` that an operation returns for the `valid` of its record. Slots may store any value in
-/// it, and only some processors have a signed `char`: without the conversion a negative value would
-/// come out differently on the others.
+/// The `int` that an operation returns for the `valid` of its record. A slot may have stored a
+/// negative value in it: the conversion gives the same `int` where `char` is unsigned.
 inline int result(char valid) { return static_cast<signed char>(valid); }
 
 } // namespace cfcore

@@ -8,7 +8,8 @@ namespace cfcore {
 
 inline constexpr size_t value_buffer_size = 16;
 
-// The buffer is as aligned as the block itself, at least where pointers have 64 bits.
+// So the buffer has the alignment of malloc() where pointers have 64 bits. Where they have 32 bits,
+// it is aligned to 8 bytes.
 static_assert(sizeof(void *) < 8 || sizeof(cfparam) % 16 == 0);
 
 inline void *value_buffer(cfparam *par) { return par + 1; }

@@ -12,7 +12,7 @@ enum class go { on, skip, stop };
 
 /// Walks over `top` and all below it. Calls `enter` for each group, `leaf` for each other element,
 /// and `leave` for each group that was entered, after what it holds. Gives `stop` if the visitor
-/// did.
+/// did, and `skip` if it skipped `top`.
 ///
 /// The walk needs neither recursion nor memory: each list ends on an anchor, whose `group` is the
 /// owner of the list, and the walk continues after that group. The visitor must not change the
