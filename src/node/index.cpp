@@ -18,27 +18,28 @@ ptrdiff_t index_threshold = 50; // NOLINT(readability-magic-numbers): by measure
 
 namespace {
 
-/// What an entry of an index is for: the first element of a list that a search finds ...
-enum kind : uint32_t {
-  unused,
-  first_key,   // ... by a key
-  first_par,   // ... for parameters without a key
-  first_name,  // ... by a name
-  first_texts, // ... by category and name, if it is not the first one with that name
-  first_cat,   // ... by a category
-  first_group, // ... for groups without texts
-  first_level, // ... for category levels and name levels
-  like_par,    // ... for parameters with an empty key, also in blocks and levels
-  like_inst,   // ... for instances with an empty name, by the category, also in blocks and levels
-  last_added   // or the last element that has entries for a sort of search: this + the sort
+/// What an entry of an index says about a list. All kinds but the last give a first element: of
+/// those that key_hit finds, of those that group_hit finds, or of the nameless ones.
+enum entry_kind : uint32_t {
+  unused,      // so that no tag is 0
+  first_key,   // the first with a key
+  first_par,   // the first with any key
+  first_name,  // the first group with a name
+  first_texts, // the first group with category and name, if first_name has another category
+  first_cat,   // the first group with a category
+  first_group, // the first group with any texts
+  first_level, // the first category level or name level
+  like_par,    // the first parameter without a key, also in blocks and levels
+  like_inst,   // the first instance without a name, by category, also in blocks and levels
+  last_added   // last_added + search_kind: the last element whose entries for such searches are made
 };
 constexpr int kind_bits = 4;
 
 } // namespace
 
-/// What names an entry. Texts that its kind does not ask for are NULL.
+/// What identifies an entry. Texts that do not matter for its kind are NULL.
 struct searches::label {
-  uint32_t what;
+  uint32_t what; // an entry_kind
   const cfgroup *list;
   const char *cat = nullptr;
   const char *text = nullptr; // key or name
@@ -47,13 +48,14 @@ struct searches::label {
   static const char *textof(const cfnode *nd) {
     return nd->type == cf_param ? aspar(nd)->key : asgrp(nd)->name;
   }
-  /// True if the element of the entry may be in a block or level; there is only one such list then.
+  /// True if the element of the entry may be in a block or level of the list. An index has entries
+  /// of such a kind for one list only, that of its owner.
   bool isdeep() const {
     return what == like_par || what == like_inst ||
            what == uint32_t{last_added} + uint32_t{by_likeness};
   }
-  /// True if the entry of an element, which has the same kind, is the one that is named.
-  bool names(const cfnode *nd) const {
+  /// True if this is the label of an entry that has the same kind and the element `nd`.
+  bool matches(const cfnode *nd) const {
     return (nd->group == list || isdeep()) && (!cat || equal(asgrp(nd)->cat, cat)) &&
            (!text || equal(textof(nd), text));
   }
@@ -61,11 +63,11 @@ struct searches::label {
 
 /// Hashes of labels, equal for equal texts. Nobody must be able to choose texts that collide. So a
 /// text is a polynomial, with its bytes as coefficients, modulo a prime, and its hash is the value
-/// of the polynomial at a random point: two texts of n bytes collide at n / 3 of 2^29 points.
+/// of the polynomial at a random point: two texts of n bytes collide at n / 3 of 2^29 points at most.
 class searches::hasher {
 public:
   hasher() {
-    // Who merely writes a file knows neither the time of the search nor the layout of the process.
+    // Someone who only writes a file knows neither the time of the search nor the layout of the process.
     const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
     const uint64_t seed = static_cast<uint64_t>(now) % prime * multiplier + address(this);
     point = points + seed % prime % points;
@@ -73,7 +75,7 @@ public:
       folded[byte] = static_cast<unsigned char>(std::tolower(static_cast<int>(byte)));
   }
 
-  /// The tag of an entry: the upper bits of a hash, and below them the kind. It is never 0.
+  /// The tag of an entry: the upper bits of a hash, and below them the kind. No tag is 0.
   uint32_t tag(const label &of) const {
     uint64_t sum = put(address(of.list) % prime, 1);
     if (of.cat)
@@ -153,12 +155,12 @@ private:
 
   size_t slot(const label &of, uint32_t tag) const {
     size_t at = first_slot(tag);
-    while (tags[at] && !(tags[at] == tag && of.names(nodes[at])))
+    while (tags[at] && !(tags[at] == tag && of.matches(nodes[at])))
       at = next_slot(at);
     return at;
   }
 
-  /// The place of an entry's element; a new entry has `nd`.
+  /// The place of an entry's element. If there is no such entry, it is made with `nd`.
   cfnode *&entry(const label &of, cfnode *nd) {
     if (used >= room - room / 4)
       grow();
@@ -172,7 +174,8 @@ private:
     return nodes[at];
   }
 
-  /// By half, so that both tables together take 40 bytes for each entry at most.
+  /// Makes the table larger by half, so that the old and the new one together take at most 40 bytes
+  /// for each entry.
   void grow() {
     const size_t larger = room ? room + room / 2 : 64;
     void *block = allocate(larger * (sizeof(void *) + sizeof(uint32_t)));
@@ -213,8 +216,8 @@ struct likeness_hit {
   }
 };
 
-/// The element that follows `nd` among those that an owner has in its list, blocks and levels. What
-/// an instance or a top group holds is its own.
+/// The element that follows `nd` among those that an owner has in its list, blocks and levels.
+/// Instances and top groups are not entered, as they are owners themselves.
 cfnode *following(const cfgroup *owner, cfnode *nd) {
   cfgroup *grp = ifgrp(nd);
   nd = grp && grp->type != cf_grpinst && grp->type != cf_grptop ? grp->elem.next : nd->next;
@@ -225,7 +228,7 @@ cfnode *following(const cfgroup *owner, cfnode *nd) {
 
 } // namespace
 
-/// The index of an owner's lists. Its searches give NULL if a list has no entries of their sort.
+/// The index of an owner's lists. Its searches give NULL if a list has no entries of their kind.
 class searches::index {
 public:
   const cfgroup *const owner;
@@ -234,8 +237,8 @@ public:
   index(const cfgroup *grp, index *former, const hasher &hash)
       : owner(grp), outer(former), entries(hash) {}
 
-  /// Begins the entries of a sort for a list, unless it has some.
-  void begin(cfgroup *list, sort by) { entries.add(last(list, by), &list->elem); }
+  /// Begins the entries for a kind of search in a list, unless that is done.
+  void begin(cfgroup *list, search_kind by) { entries.add(last(list, by), &list->elem); }
 
   cfnode *key(cfgroup *list, const char *text) {
     cfnode *hit = entries.find({text ? first_key : first_par, list, nullptr, text});
@@ -260,15 +263,16 @@ public:
 private:
   table entries;
 
-  static label last(const cfgroup *list, sort by) {
+  static label last(const cfgroup *list, search_kind by) {
     return {uint32_t{last_added} + uint32_t{by}, list};
   }
   static label likeness(const cfgroup *list, const cfnode *nd) {
     return nd->type == cf_param ? label{like_par, list} : label{like_inst, list, asgrp(nd)->cat};
   }
 
-  /// Adds elements, from the one after the last that was added, up to the first hit.
-  template <class Hit> cfnode *search(cfgroup *list, sort by, Hit hit) {
+  /// Adds elements, from the one after the last that was added, up to the first hit. Gives the hit, or
+  /// the anchor.
+  template <class Hit> cfnode *search(cfgroup *list, search_kind by, Hit hit) {
     cfnode *added = entries.find(last(list, by));
     if (!added)
       return nullptr;
@@ -287,8 +291,8 @@ private:
     return nd;
   }
 
-  /// Makes the entries of an element, where it is the first one.
-  void add(const cfgroup *list, sort by, cfnode *nd) {
+  /// Makes the entries of an element, unless another element is the first one and has them.
+  void add(const cfgroup *list, search_kind by, cfnode *nd) {
     switch (by) {
     case by_key:
       if (key_hit{nullptr}(nd)) {
@@ -339,9 +343,10 @@ void searches::leave_index() noexcept {
   current = innermost && innermost->owner == grp ? innermost : nullptr;
 }
 
-/// Begins an index of a list if the list is long, and if plain searches have cost as much as it
-/// will: adding an element takes the time in which a search passes over a dozen.
-void searches::passed_over(ptrdiff_t n, cfgroup *list, sort by) {
+/// Counts a plain search that looked at `n` elements of a list. Begins an index of the list if that
+/// is long, and if the counted searches have taken as much time as the index will take: to add one
+/// element takes as long as to pass over a dozen.
+void searches::passed_over(ptrdiff_t n, cfgroup *list, search_kind by) {
   if (n <= index_threshold)
     return;
   const ptrdiff_t cost = n * (index_threshold / 4);
@@ -384,7 +389,8 @@ cfnode *searches::long_group(cfgroup *list, const char *cat, const char *name) {
     return hit;
   ptrdiff_t n = 0;
   hit = counted(list->elem.next, group_hit{cat, name}, n);
-  // By a category alone, an index is for lists of levels.
+  // After a search by category that finds an instance or block, getcatname() searches the list by
+  // name. So the index is for that.
   const bool bycat = !name && (isanchor(hit) || asgrp(hit)->type == cf_grpcat);
   passed_over(n, list, bycat ? by_cat : by_name);
   return hit;

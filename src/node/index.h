@@ -9,7 +9,7 @@
 
 namespace cfcore {
 
-/// Only a list of more elements gets an index. Tests lower it, to 0 for an index of every list.
+/// A list of at most this many elements gets no index. Tests set it to 0: every list gets one.
 extern ptrdiff_t index_threshold;
 
 /// The searches of one operation. They find what seekkey() and seekgrp() find.
@@ -17,7 +17,7 @@ extern ptrdiff_t index_threshold;
 /// Plain search for each of n elements of a list takes n² steps. So a list gets an index, from
 /// texts to the first element that has them, once plain searches have cost as much as the index
 /// will. The index grows with the searches: each goes on where the last one ended and adds what it
-/// passes. In the meantime elements may be added at the end of a list; nothing else may change.
+/// passes. Between the searches, elements may be added at the end of a list; nothing else may change.
 ///
 /// A search is for an *owner*, the group whose elements are looked up. It goes through the list of
 /// the owner and those of its blocks and levels. The indexes of these lists are released together.
@@ -37,7 +37,7 @@ public:
   /// The searches that follow are for `outer` again; there are no more for the present owner.
   void leave(cfgroup *outer) {
     grp = outer;
-    uncounted = -1;
+    uncounted = -1; // else each group in `outer` would give it more uncounted searches
     if (innermost)
       leave_index();
   }
@@ -46,17 +46,17 @@ public:
 
   /// As seekkey() from the first element of `list`.
   cfnode *key(cfgroup *list, const char *text) {
-    return isbrief() ? seekkey(list->elem.next, text) : long_key(list, text);
+    return take_uncounted() ? seekkey(list->elem.next, text) : long_key(list, text);
   }
 
   /// As seekgrp() from the first element of `list`.
   cfnode *group(cfgroup *list, const char *cat, const char *name) {
-    return isbrief() ? seekgrp(list->elem.next, cat, name) : long_group(list, cat, name);
+    return take_uncounted() ? seekgrp(list->elem.next, cat, name) : long_group(list, cat, name);
   }
 
   /// As seekgrp() from `it` on, an element of `list`. An index is not used, but may be begun.
   cfnode *group_from(cfgroup *list, cfnode *it, const char *cat, const char *name) {
-    return isbrief() ? seekgrp(it, cat, name) : long_group_from(list, it, cat, name);
+    return take_uncounted() ? seekgrp(it, cat, name) : long_group_from(list, it, cat, name);
   }
 
   /// As group(), if `list` has an index and no level precedes the result; else NULL.
@@ -69,8 +69,9 @@ public:
   cfnode *nameless(const cfnode *nd);
 
 private:
-  /// What the elements of a list are sought by.
-  enum sort : uint32_t { by_key, by_name, by_cat, by_likeness };
+  /// What a search compares: by_cat is for groups without regard to the name, by_likeness for
+  /// nameless().
+  enum search_kind : uint32_t { by_key, by_name, by_cat, by_likeness };
 
   struct label;
   class hasher;
@@ -81,19 +82,19 @@ private:
   index *current = nullptr;   // of the owner; NULL if it has none
   index *innermost = nullptr; // the last one made; each names the one that was made before it
   hasher *hash = nullptr;     // made with the first index
-  ptrdiff_t uncounted = index_threshold; // searches for the owner that are not counted yet
-  ptrdiff_t passed = 0;                  // elements that counted searches of long lists passed over
+  ptrdiff_t uncounted = index_threshold; // see take_uncounted()
+  ptrdiff_t passed = 0; // elements that counted searches passed over, less the cost of the indexes
 
-  /// True for the first searches for an owner, which are plain and not counted: they are so few
-  /// that all of them together take time in proportion to its elements. So short lists cost no
-  /// more.
-  bool isbrief() { return --uncounted >= 0; }
+  /// Takes one of the uncounted searches of the owner; false if none is left. Its first searches are
+  /// plain and not counted: they are so few that all of them together take time in proportion to
+  /// its elements. So short lists cost no more.
+  bool take_uncounted() { return --uncounted >= 0; }
 
   cfnode *long_key(cfgroup *list, const char *text);
   cfnode *long_group(cfgroup *list, const char *cat, const char *name);
   cfnode *long_group_from(cfgroup *list, cfnode *it, const char *cat, const char *name);
   cfnode *indexed_group_without_levels(cfgroup *list, const char *cat, const char *name);
-  void passed_over(ptrdiff_t n, cfgroup *list, sort by);
+  void passed_over(ptrdiff_t n, cfgroup *list, search_kind by);
   void release_innermost() noexcept;
   void leave_index() noexcept;
 };

@@ -14,7 +14,7 @@ static_assert(std::is_standard_layout_v<cfgroup> && offsetof(cfgroup, link) == 0
 static_assert(std::is_standard_layout_v<cfremark> && offsetof(cfremark, link) == 0);
 static_assert(std::is_standard_layout_v<cfparam> && offsetof(cfparam, link) == 0);
 
-// The node as the element that it belongs to. The type is not tested.
+// Conversions of a node to its element. They do not test the type.
 inline cfgroup *asgrp(cfnode *nd) { return reinterpret_cast<cfgroup *>(nd); }
 inline cfremark *asrem(cfnode *nd) { return reinterpret_cast<cfremark *>(nd); }
 inline cfparam *aspar(cfnode *nd) { return reinterpret_cast<cfparam *>(nd); }
@@ -57,7 +57,7 @@ inline void putbefore(cfnode *it, cfnode *nd) {
 /// Puts `nd`, which is in no list, at the end of `grp`.
 inline void putlast(cfgroup *grp, cfnode *nd) { putbefore(&grp->elem, nd); }
 
-/// Moves `nd` before `it`, which is another node. If `it` is in no list, `nd` is in none afterwards.
+/// Moves `nd` before `it`, another node. If `it` is in no list, `nd` is in none afterwards.
 inline void movebefore(cfnode *it, cfnode *nd) {
   takeout(nd);
   if (it->prev)

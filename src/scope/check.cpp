@@ -38,7 +38,7 @@ int cfparse(cfparser *parser, cfgroup *top, const char *fname) {
 
 namespace {
 
-// The reports. The scope string is for an element that no line gave.
+// The reports. They name an element that has no line number by its scope string.
 
 void undefined(cfparser *parser, long row, const char *scope) {
   auto *sink = parser->werr ? error_sink() : warning_sink();
@@ -105,7 +105,7 @@ private:
     const cfscope *found = parser->scopedef(scope);
     if (!found)
       return undefined(parser, elem->row, scope);
-    // Read at once: the application may fill its record anew at any time.
+    // Read before the evaluator runs: any function of the application may fill the record anew.
     const cfeval_t eval = found->eval;
     const bool multi = found->multi;
     if (!evaluates(elem, eval))

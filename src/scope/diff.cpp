@@ -1,4 +1,4 @@
-// Comparison: two elements as streams of what counts.
+// Comparison: two elements, each as the stream of the elements in it that are compared.
 // SPDX-License-Identifier: MIT
 #include "node/link.h"
 #include "node/slots.h"
@@ -41,7 +41,7 @@ int cfdiffnd(cfdiff *diff, const cfnode *nd1, const cfnode *nd2) {
 
 namespace {
 
-/// The filter of a comparison without one.
+/// The filter of a comparison that excludes no element.
 struct no_filter {
   void begin(const cfgroup *) {}
   void end() {}
@@ -50,7 +50,7 @@ struct no_filter {
   bool _cfdiffscope(const void *) { return true; }
 };
 
-/// Asks the application whether an element takes part.
+/// The filter that asks the application whether an element is compared.
 template <class Names> class filter : public Names {
 public:
   template <class... Arg>
@@ -63,22 +63,22 @@ private:
   const cfdiff *diff;
 };
 
-/// One side of a comparison: what counts of an element and all below it, one after the other.
+/// One side of a comparison: of an element and all below it, those that are compared, in order.
 /// `Filter` is no_filter or a reference to another filter.
 template <class Filter> class stream {
 public:
   stream(const cfdiff *diff, const cfnode *nd, Filter check)
-      : it(nd), end(nd->next), remarks(diff->opt & cf_diffrem), scope(check) {
-    scope.begin(nd->group);
+      : it(nd), end(nd->next), remarks(diff->opt & cf_diffrem), filter(check) {
+    filter.begin(nd->group);
   }
 
   const cfnode *_cfdiffnext(); ///< NULL at the end
 
 private:
-  const cfnode *it;  // the next one to look at
-  const cfnode *end; // what follows the element, or NULL: every way out of the element leads there
+  const cfnode *it;  // the next node to look at
+  const cfnode *end; // the node after the element, or NULL; its anchor leads there, too
   bool remarks;
-  [[no_unique_address]] Filter scope;
+  [[no_unique_address]] Filter filter;
 };
 
 template <class Filter> const cfnode *stream<Filter>::_cfdiffnext() {
@@ -86,11 +86,11 @@ template <class Filter> const cfnode *stream<Filter>::_cfdiffnext() {
     const cfnode *nd = it;
     it = nd->next;
     if (nd->type == cf_param) {
-      if (scope._cfdiffscope(aspar(nd)))
+      if (filter._cfdiffscope(aspar(nd)))
         return nd;
     } else if (nd->type == cf_anchor) {
       if (isowner(nd->group))
-        scope.leave(nd->group);
+        filter.leave(nd->group);
       it = nd->group->link.next;
     } else if (nd->type == cf_remark) {
       if (remarks)
@@ -98,10 +98,10 @@ template <class Filter> const cfnode *stream<Filter>::_cfdiffnext() {
     } else if (asgrp(nd)->type != cf_grpinst) {
       it = asgrp(nd)->elem.next;
       if (asgrp(nd)->type == cf_grptop)
-        scope.enter(asgrp(nd));
-    } else if (scope._cfdiffscope(asgrp(nd))) {
+        filter.enter(asgrp(nd));
+    } else if (filter._cfdiffscope(asgrp(nd))) {
       it = asgrp(nd)->elem.next;
-      scope.enter(asgrp(nd));
+      filter.enter(asgrp(nd));
       return nd;
     }
   }
@@ -120,9 +120,9 @@ bool issame(const cfnode *i1, const cfnode *i2) {
   return std::strcmp(asrem(i1)->txt, asrem(i2)->txt) == 0;
 }
 
-/// True if the streams of two elements differ. Each side has a filter of its own, which the streams
-/// of the targets share: so a step along `link.ref` takes little of the stack.
-template <class Filter> // NOLINTNEXTLINE(misc-no-recursion): a step for each link.ref
+/// True if the streams of two elements differ. The streams of targets share the filters of their
+/// sides, so that a step along `link.ref` takes little of the stack.
+template <class Filter> // NOLINTNEXTLINE(misc-no-recursion): one frame for each step along link.ref
 bool differs(const cfdiff *diff, const cfnode *nd1, const cfnode *nd2, Filter one, Filter two) {
   if (!nd1 || !nd2)
     return nd1 != nd2;
@@ -133,6 +133,7 @@ bool differs(const cfdiff *diff, const cfnode *nd1, const cfnode *nd2, Filter on
     const cfnode *i1 = side1._cfdiffnext();
     const cfnode *i2 = side2._cfdiffnext();
     if (!i1 || !i2) {
+      // If these are targets, the streams of their references go on. After a difference none does.
       one.end();
       two.end();
       return i1 != i2;

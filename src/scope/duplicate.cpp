@@ -6,7 +6,8 @@
 
 namespace cfcore {
 
-// To the lookups an empty text means any text, so they cannot find an element without one.
+// In the lookups an empty text means any text. So nameless() searches for an element whose own is
+// empty.
 
 bool duplicates::isrepeated(cfparam *par) {
   if (!*par->key)

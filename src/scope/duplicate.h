@@ -7,7 +7,7 @@
 
 namespace cfcore {
 
-/// The duplicate check of one walk, which reports the owners that it enters and leaves.
+/// The duplicate check of one walk. The walk calls enter() and leave() for each owner.
 class duplicates {
 public:
   explicit duplicates(cfgroup *top) : search(enclosing(top)) {}
@@ -19,7 +19,7 @@ public:
   }
 
   /// True if another element like this one precedes it in the list, blocks and levels of its owner.
-  /// A group must have been left.
+  /// For an instance, call this after leave().
   bool isrepeated(cfparam *par);
   bool isrepeated(cfgroup *grp);
 

@@ -41,7 +41,7 @@ const char *direct_names::name(const cfgroup *grp) {
   return buf.text() + first;
 }
 
-/// Begins a prefix after the present one, whose beginning is stored between them.
+/// Begins a prefix after the present one. Stores between them where the present one begins.
 void direct_names::push() {
   std::memcpy(buf.reserve(last + sizeof first, last) + last, &first, sizeof first);
   first = last + sizeof first;
@@ -53,9 +53,9 @@ void direct_names::pop() {
 }
 
 const char *slot_names::name(const cfnode *nd) {
-  auto *elem =
-      const_cast<cfnode *>(nd); // the slot's type has no const; it must not write all the same
-  // Cleared, so that a function that writes less than it announced still leaves a text.
+  auto *elem = const_cast<cfnode *>(nd); // the slot must not change it
+  // One byte more than announced, and all cleared: so there is a terminator, even if the function
+  // writes less than it announced or counts without the terminator.
   const size_t size = size_t{genscope(nullptr, elem)} + 1;
   char *text = buf.reserve(size);
   std::memset(text, 0, size);

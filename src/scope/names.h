@@ -24,7 +24,7 @@ public:
   void begin(const cfgroup *holder);
   void end() { pop(); }
 
-  // The walk reports the owners that it enters and leaves.
+  // The walk calls these for each owner.
   void enter(const cfgroup *grp);
   void leave(const cfgroup *grp);
 

@@ -59,7 +59,7 @@ size_t scope(char *scbf, const cfnode *nd) {
 } // namespace
 
 size_t _grpscope(char *sbf, const cfgroup *grp) {
-  // Two climbs: one for the length, and one to write the names of the path from its right end.
+  // Climbs twice: for the length, and to write the names of the path from its right end.
   size_t path = 0;
   const cfgroup *first = instance(grp);
   for (; first && !*first->cat; first = instance(first->link.group))
@@ -70,10 +70,10 @@ size_t _grpscope(char *sbf, const cfgroup *grp) {
   char *at = sbf + n;
   *at = '\0';
   for (const cfgroup *it = instance(grp); it != first; it = instance(it->link.group)) {
-    const size_t name = std::strlen(it->name);
+    const size_t length = std::strlen(it->name);
     *--at = '.';
-    at -= name;
-    std::memcpy(at, it->name, name);
+    at -= length;
+    std::memcpy(at, it->name, length);
   }
   return n;
 }

@@ -14,12 +14,13 @@ inline bool isowner(const cfgroup *grp) {
 }
 
 /// The default of the genscope slots. Gives the bytes that the scope string of `nd` needs, with its
-/// terminator, and writes it unless `scbf` is NULL. An anchor has none and gives 0.
+/// terminator, and writes it unless `scbf` is NULL. A remark has that of its group. An anchor has
+/// none and gives 0.
 unsigned int genscope(char *scbf, cfnode *nd);
 
-/// Writes the prefix of `grp`, which scope strings of what it holds begin with, unless `sbf` is
-/// NULL. Gives its length *without* the terminator, unlike genscope(): that is where the string
-/// goes on.
+/// Gives the length of the prefix with which the scope strings of the elements in `grp` begin, and
+/// writes it, with a terminator, unless `sbf` is NULL. Unlike genscope(), it does *not* count the
+/// terminator: its place is where the string goes on. NULL has the prefix of the top.
 size_t _grpscope(char *sbf, const cfgroup *grp);
 
 } // namespace cfcore

@@ -49,7 +49,7 @@ private:
 };
 
 /// The block that holds the value of a plain parameter, or NULL. The caller replaces the value, and
-/// releases the block when no parameter points at it any more.
+/// releases the block when neither the parameter nor the references given point at it any more.
 void *former_block(cfparam *par) {
   return owns_value(par) ? const_cast<void *>(par->vval) : nullptr;
 }
