@@ -389,9 +389,9 @@ CF_API int cfevalpar(cfparam *par, cfeval_t eval);
  * @warning Other references to the same target keep the value, as after ::cfevalpar. */
 CF_API cfparam *cfunevalpar(cfparam *par);
 
-/** @return the value, 1 or 0, of a parameter evaluated with ::cfevbool. Here and in the
- *     next three functions, the behaviour is undefined for another evaluator and for a parameter
- *     that is not evaluated. */
+/** @return the value, 1 or 0, of a parameter evaluated with ::cfevbool. Here and in the next
+ *     three functions, the behaviour is undefined if another evaluator made the value, or if the
+ *     parameter is not evaluated. */
 CF_API char cfbool(const cfparam *par);
 /** @return the value of a parameter evaluated with ::cfevint. */
 CF_API long cfint(const cfparam *par);
@@ -433,9 +433,10 @@ typedef struct cfprinter cfprinter;
  *
  * Every slot finds the current line in `row` and its number in `nrow`. The classifiers (`is`...)
  * return non-zero for yes, and are called in the order of the fields until one says yes. For a
- * remark, a group begin or a parameter, the scanner (`scan`...) then makes a new element, in no list
- * and with its `row` set; if it returns NULL, the line is reported as a syntax error. If the mark of
- * a default scanner (# { =) is not in the line, the scanner takes the end of the line for the mark.
+ * remark, a group begin or a parameter, the scanner (`scan`...) then makes a new element, in no
+ * list and with its `row` set; if it returns NULL, the line is reported as a syntax error. If the
+ * mark of a default scanner (# { =) is not in the line, the scanner takes the end of the line for
+ * the mark.
  */
 struct cflexer {
   int (*isempty)(cflexer *lex);  /**< Is the line empty? */
@@ -534,8 +535,8 @@ CF_API int cfprint(FILE *fd, cfprinter *prn, cfgroup *top, const char *fname);
  * | group net               | path of its parent, name `.`               | "::net."             |
  *
  * The *path* of a group is `::` for the top group, category `::` for a group with a category, and
- * the path of its parent, name `.` for any other. So a path begins at the nearest group
- * with a category, wherever that group is.
+ * the path of its parent, name `.` for any other. So a path begins at the nearest group with a
+ * category, wherever that group is.
  * @{ */
 
 typedef struct cfscope cfscope;
@@ -557,7 +558,8 @@ struct cfparser {
   unsigned int (*genscope)(char *scbf, cfnode *nd);
   /** Returns the definition of a scope string, or NULL if there is none. The text is valid during
    * the call only. The application owns the definition, which is read once after the call: each
-   * call may return the same record with new contents. The function must not change the links of the tree. */
+   * call may return the same record with new contents. The function must not change the links of
+   * the tree. */
   cfscope *(*scopedef)(const char *scope);
   char werr;         /**< Non-zero: an undefined symbol is an error; 0: a warning. */
   char valid;        /**< 1 until an error is reported. */
@@ -580,8 +582,8 @@ CF_API cfparser *cfparsedfl(cfparser *parser);
  * - `%s:%ld: value expression error` or `%s/%s: value expression error`: the evaluator refused.
  * - `%s:%ld: duplicate symbol` or `%s/%s: duplicate symbol`: the definition is not `multi`, and an
  *   element of the same kind with the same texts comes before it in the same instance: a parameter
- *   with the same key, or a group with the same category and name. An empty name or key
- *   equals only another empty one.
+ *   with the same key, or a group with the same category and name. An empty name or key equals only
+ *   another empty one.
  *
  * @param parser `werr` and slots set. All other fields are overwritten.
  * @param fname for messages only; borrowed.

@@ -19,7 +19,7 @@ ptrdiff_t index_threshold = 50; // NOLINT(readability-magic-numbers): by measure
 namespace {
 
 /// What an entry of an index says about a list. All kinds but the last give a first element: of
-/// those that key_hit finds, of those that group_hit finds, or of the nameless ones.
+/// the hits of key_hit, of the hits of group_hit, or of the nameless elements.
 enum entry_kind : uint32_t {
   unused,      // so that no tag is 0
   first_key,   // the first with a key
@@ -31,7 +31,7 @@ enum entry_kind : uint32_t {
   first_level, // the first category level or name level
   like_par,    // the first parameter without a key, also in blocks and levels
   like_inst,   // the first instance without a name, by category, also in blocks and levels
-  last_added   // last_added + search_kind: the last element whose entries for such searches are made
+  last_added   // plus a search_kind: the last element whose entries for such searches are made
 };
 constexpr int kind_bits = 4;
 
@@ -63,11 +63,12 @@ struct searches::label {
 
 /// Hashes of labels, equal for equal texts. Nobody must be able to choose texts that collide. So a
 /// text is a polynomial, with its bytes as coefficients, modulo a prime, and its hash is the value
-/// of the polynomial at a random point: two texts of n bytes collide at n / 3 of 2^29 points at most.
+/// of the polynomial at a random point: two texts of n bytes collide at no more than n / 3 of 2^29
+/// points.
 class searches::hasher {
 public:
   hasher() {
-    // Someone who only writes a file knows neither the time of the search nor the layout of the process.
+    // The author of a file knows neither the time of the search nor the layout of the process.
     const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
     const uint64_t seed = static_cast<uint64_t>(now) % prime * multiplier + address(this);
     point = points + seed % prime % points;
@@ -270,8 +271,8 @@ private:
     return nd->type == cf_param ? label{like_par, list} : label{like_inst, list, asgrp(nd)->cat};
   }
 
-  /// Adds elements, from the one after the last that was added, up to the first hit. Gives the hit, or
-  /// the anchor.
+  /// Adds elements, from the one after the last that was added, up to the first hit. Gives the hit
+  /// or the anchor.
   template <class Hit> cfnode *search(cfgroup *list, search_kind by, Hit hit) {
     cfnode *added = entries.find(last(list, by));
     if (!added)
@@ -343,9 +344,9 @@ void searches::leave_index() noexcept {
   current = innermost && innermost->owner == grp ? innermost : nullptr;
 }
 
-/// Counts a plain search that looked at `n` elements of a list. Begins an index of the list if that
-/// is long, and if the counted searches have taken as much time as the index will take: to add one
-/// element takes as long as to pass over a dozen.
+/// Counts a plain search if it was long: it passed over `n` elements of a list. Begins an index of
+/// the list when the long searches have taken as much time as the index will: to add one element
+/// takes as long as to pass over a dozen.
 void searches::passed_over(ptrdiff_t n, cfgroup *list, search_kind by) {
   if (n <= index_threshold)
     return;

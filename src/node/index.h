@@ -17,7 +17,7 @@ extern ptrdiff_t index_threshold;
 /// Plain search for each of n elements of a list takes n² steps. So a list gets an index, from
 /// texts to the first element that has them, once plain searches have cost as much as the index
 /// will. The index grows with the searches: each goes on where the last one ended and adds what it
-/// passes. Between the searches, elements may be added at the end of a list; nothing else may change.
+/// passes. Between searches, elements may be added at the end of a list; nothing else may change.
 ///
 /// A search is for an *owner*, the group whose elements are looked up. It goes through the list of
 /// the owner and those of its blocks and levels. The indexes of these lists are released together.
@@ -83,11 +83,11 @@ private:
   index *innermost = nullptr; // the last one made; each names the one that was made before it
   hasher *hash = nullptr;     // made with the first index
   ptrdiff_t uncounted = index_threshold; // see take_uncounted()
-  ptrdiff_t passed = 0; // elements that counted searches passed over, less the cost of the indexes
+  ptrdiff_t passed = 0; // elements that long searches passed over, less the cost of the indexes
 
-  /// Takes one of the uncounted searches of the owner; false if none is left. Its first searches are
-  /// plain and not counted: they are so few that all of them together take time in proportion to
-  /// its elements. So short lists cost no more.
+  /// Takes one of the uncounted searches of the owner; false if none is left. Its first searches
+  /// are plain and not counted: they are so few that all of them together take time in proportion
+  /// to its elements. So short lists cost no more.
   bool take_uncounted() { return --uncounted >= 0; }
 
   cfnode *long_key(cfgroup *list, const char *text);

@@ -6,8 +6,8 @@
 
 namespace cfcore {
 
-// In the lookups an empty text means any text. So nameless() searches for an element whose own is
-// empty.
+// In the lookups an empty text means any text. So nameless() searches for an element with
+// an empty key or name.
 
 bool duplicates::isrepeated(cfparam *par) {
   if (!*par->key)
