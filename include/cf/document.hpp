@@ -152,7 +152,8 @@ public:
 
   /// Saves the document, with its remarks, so that the file is the old one or the new one whatever
   /// happens: writes a temporary file in the same folder, reads that back, and renames it. Owner
-  /// and mode are kept, and a symbolic link is followed.
+  /// and mode are kept, and a symbolic link is followed. A file that was not there is its owner's
+  /// alone. A file other than the one last loaded or saved is replaced, whatever it holds.
   /// @throws cf::error, and the file is as it was, if the document has errors or its text had
   ///     syntax faults, if the file was changed by someone else since the load or the last save, or
   ///     if the system refuses; if only the folder cannot be synchronised, the file is new.
