@@ -11,10 +11,11 @@ namespace cf {
 
 namespace detail {
 
-/// How many groups are around what a group holds.
+/// How many groups are around what a group holds. The count ends at longest_line, since in deeper
+/// groups any line is too long.
 inline std::size_t depth_of(const cfgroup *grp) {
   std::size_t depth = 0;
-  for (; grp && grp->type == cf_grpinst; grp = parent_of(&grp->link))
+  for (; depth < longest_line && grp && grp->type == cf_grpinst; grp = parent_of(&grp->link))
     ++depth;
   return depth;
 }
