@@ -126,35 +126,38 @@ inline std::string value_reason(const key_rule *rule, const draft &given, std::s
   return reason;
 }
 
-/// The hash by which state::taken holds a group.
-inline std::uint64_t name_hash(std::string_view category, std::string_view name) {
-  return hash(name, hash(category));
+/// What state::taken holds for a group whose names it has, and for a name in it.
+inline std::uint64_t mark(const cfgroup *grp) {
+  return hash({}, reinterpret_cast<std::uintptr_t>(grp));
+}
+inline std::uint64_t mark(const cfgroup *grp, std::string_view category, std::string_view name) {
+  return hash(name, hash(category, mark(grp)));
 }
 
-/// True if a group of that category and name is in `grp`; if not, one will be added. The hashes of
-/// all names in `grp` are kept, so that many additions do not search the list for each. They are
-/// ordered, not in a hash table: a file could choose names that collide.
+/// True if a group of that category and name is in `grp`; if not, one will be added. The names in
+/// `grp` are kept, so that many additions do not search the list for each. They are kept in a tree
+/// of hashes, not in a hash table: a file could choose names that collide.
 inline bool is_taken(state &doc, cfgroup *grp, std::string_view category, std::string_view name) {
-  const auto [entry, fresh] = doc.taken.try_emplace(grp);
-  std::set<std::uint64_t> &hashes = entry->second;
-  if (fresh)
+  if (doc.taken.insert(mark(grp)).second)
     for (cfgroup *it = group_from(grp, first_element(grp)); it;
          it = group_from(grp, next_element(grp, &it->link)))
-      hashes.insert(name_hash(it->cat, it->name));
-  return !hashes.insert(name_hash(category, name)).second &&
+      doc.taken.insert(mark(grp, it->cat, it->name));
+  return !doc.taken.insert(mark(grp, category, name)).second &&
          find_group(grp, first_element(grp), category, name);
 }
 
-/// Removes a group, and all below it, from state::taken before it is deleted.
-inline void forget_names(state &doc, const cfgroup *grp) {
+/// Removes a group and all below it from state::taken, before they are deleted.
+inline void forget_names(state &doc, const cfgroup *top) {
+  const auto forget = [&](const cfgroup *grp) {
+    doc.taken.erase(mark(grp));
+    doc.taken.erase(mark(parent_of(&grp->link), grp->cat, grp->name));
+  };
   if (doc.taken.empty())
     return;
-  if (const auto entry = doc.taken.find(parent_of(&grp->link)); entry != doc.taken.end())
-    entry->second.erase(name_hash(grp->cat, grp->name));
-  doc.taken.erase(grp);
-  for (const cfnode *nd = grp->elem.next; nd != &grp->elem; nd = next_node(nd))
+  forget(top);
+  for (const cfnode *nd = top->elem.next; nd != &top->elem; nd = next_node(nd))
     if (nd->type == cf_group)
-      doc.taken.erase(as_group(nd));
+      forget(as_group(nd));
 }
 
 } // namespace detail

@@ -10,7 +10,6 @@
 #include "recovery.hpp"
 #include "schema.hpp"
 
-#include <map>
 #include <set>
 
 namespace cf {
@@ -65,10 +64,10 @@ struct state {
   std::string text;
   owned_group tree, catalog; // `catalog` is NULL until it is asked for
   std::vector<diagnostic> warnings{};
-  std::map<const cfgroup *, std::set<std::uint64_t>> taken{}; // see is_taken()
-  bool damaged = false;                                       // the text had syntax faults
-  std::string origin{}; // the file that was loaded or saved last; empty: none
-  fingerprint known{};  // its bytes
+  std::set<std::uint64_t> taken{}; // see is_taken()
+  bool damaged = false;            // the text had syntax faults
+  std::string origin{};            // the file that was loaded or saved last; empty: none
+  fingerprint known{};             // its bytes
 
   state(shared<const rulebook> schema, cf::options how, std::string source)
       : book(std::move(schema)), options(std::move(how)), text(std::move(source)) {}
