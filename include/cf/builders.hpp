@@ -14,10 +14,12 @@ namespace cf {
 
 namespace detail {
 
+/// Throws std::logic_error: the schema contradicts itself.
 [[noreturn]] inline void contradiction(const std::string &name, const std::string &why) {
   throw std::logic_error(joined({"schema: ", name, ": ", why}));
 }
 
+/// Throws std::logic_error unless a condition holds.
 inline void demand(bool holds, const std::string &name, const char *why) {
   if (!holds)
     contradiction(name, why);
@@ -33,7 +35,7 @@ inline void verify_text(const key_rule &rule, std::string_view text, std::string
     contradiction(rule.name, joined({what, " ", reason}));
 }
 
-/// Letters, digits, blanks and what numbers are made of cannot separate items.
+/// True for what can separate items: not letters, digits, blanks, and what else numbers contain.
 inline bool is_separator(char c) {
   return std::ispunct(static_cast<unsigned char>(c)) && c != '-' && c != '.' && c != '_';
 }
@@ -53,8 +55,8 @@ inline void verify(const key_rule &rule) {
     demand(rule.find_word(it.text) == &it, name, "a word is there twice");
     verify_text(rule, it.text, "the word");
   }
-  if (rule.has_default && !rule.custom_standard)
-    verify_text(rule, rule.standard, "the default");
+  if (rule.has_default && !rule.custom_default_value)
+    verify_text(rule, rule.default_text, "the default");
   if (!rule.example.empty())
     verify_text(rule, rule.example, "the example");
 }
@@ -93,11 +95,12 @@ protected:
     member = std::forward<Value>(value);
     return self();
   }
-  Self &standard(const draft &given) {
+  /// Sets the default.
+  Self &by_default(const draft &given) {
     if (given.fault)
       contradiction(made.name, given.fault);
     made.has_default = true;
-    return set(made.standard, given.text);
+    return set(made.default_text, given.text);
   }
   key_builder(std::string name, detail::type type) {
     made.name = std::move(name);
@@ -105,25 +108,27 @@ protected:
   }
 };
 
+/// A key of type text.
 class text_key : public key_builder<text_key> {
 public:
   explicit text_key(std::string name) : key_builder(std::move(name), type::text) {}
   /// An empty text is an error.
   text_key &nonempty() { return set(made.nonempty, true); }
   /// The value if the file does not say.
-  template <text_like T> text_key &otherwise(const T &value) { return standard(to_draft(value)); }
+  template <text_like T> text_key &otherwise(const T &value) { return by_default(to_draft(value)); }
 };
 
+/// A key of type boolean.
 class boolean_key : public key_builder<boolean_key> {
 public:
   explicit boolean_key(std::string name) : key_builder(std::move(name), type::boolean) {}
   /// The value if the file does not say.
   template <std::same_as<bool> T> boolean_key &otherwise(T value) {
-    return standard(to_draft(value));
+    return by_default(to_draft(value));
   }
 };
 
-/// An integer or a size.
+/// A key of type integer or size.
 class whole_key : public key_builder<whole_key> {
 public:
   whole_key(std::string name, detail::type type, whole low, whole high)
@@ -132,9 +137,10 @@ public:
     made.high = high;
   }
   /// The value if the file does not say.
-  template <whole_like T> whole_key &otherwise(T value) { return standard(to_draft(value)); }
+  template <whole_like T> whole_key &otherwise(T value) { return by_default(to_draft(value)); }
 };
 
+/// A key of type real.
 class real_key : public key_builder<real_key> {
 public:
   real_key(std::string name, double low, double high) : key_builder(std::move(name), type::real) {
@@ -144,10 +150,11 @@ public:
   /// The value if the file does not say.
   template <class T>
   requires std::floating_point<T> || whole_like<T> real_key &otherwise(T value) {
-    return standard(to_draft(value));
+    return by_default(to_draft(value));
   }
 };
 
+/// A key of type duration. Its limits are in nanoseconds.
 class duration_key : public key_builder<duration_key> {
 public:
   duration_key(std::string name, whole low, whole high)
@@ -156,10 +163,12 @@ public:
     made.high = high;
   }
   /// The value if the file does not say.
-  template <duration_like T> duration_key &otherwise(T value) { return standard(to_draft(value)); }
+  template <duration_like T> duration_key &otherwise(T value) {
+    return by_default(to_draft(value));
+  }
 };
 
-/// One of some words, which stand for themselves.
+/// A key whose value is one of some words.
 class word_key : public key_builder<word_key> {
 public:
   word_key(std::string name, std::initializer_list<const char *> words)
@@ -168,10 +177,10 @@ public:
       made.words.push_back({it, 0});
   }
   /// The value if the file does not say.
-  template <text_like T> word_key &otherwise(const T &value) { return standard(to_draft(value)); }
+  template <text_like T> word_key &otherwise(const T &value) { return by_default(to_draft(value)); }
 };
 
-/// One of some words, which stand for the values of an enumeration.
+/// A key whose value is one of some words, each for a value of the enumeration E.
 template <class E> class enum_key : public key_builder<enum_key<E>> {
 public:
   enum_key(std::string name, std::initializer_list<std::pair<const char *, E>> words)
@@ -184,7 +193,7 @@ public:
   enum_key &otherwise(E value) {
     const word *it = this->made.find_value(static_cast<std::uint64_t>(value));
     demand(it != nullptr, this->made.name, "the default is none of the words");
-    return this->standard({.text = it->text});
+    return this->by_default({.text = it->text});
   }
 };
 
@@ -200,7 +209,7 @@ template <class T, class F> struct calling : converter_to<T> {
   F call;
 };
 
-/// A type of the application.
+/// A key of a type of the application.
 template <class T> class custom_key : public key_builder<custom_key<T>> {
 public:
   custom_key(std::string name, shared<const converter> function)
@@ -210,7 +219,8 @@ public:
   }
   /// The value if the file does not say.
   custom_key &otherwise(T value) {
-    this->made.custom_standard = shared<const custom_default>(new default_of<T>(std::move(value)));
+    this->made.custom_default_value =
+        shared<const custom_default>(new default_of<T>(std::move(value)));
     return this->set(this->made.has_default, true);
   }
 };

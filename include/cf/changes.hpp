@@ -161,8 +161,8 @@ private:
     const bool defaults = rule && rule->has_default && rule->type != type::custom && !others;
     if ((!was || !is) && !defaults)
       return note(was, is);
-    const std::string_view before = was ? std::string_view(as_param(was)->val) : rule->standard;
-    const std::string_view after = is ? std::string_view(as_param(is)->val) : rule->standard;
+    const std::string_view before = was ? std::string_view(as_param(was)->val) : rule->default_text;
+    const std::string_view after = is ? std::string_view(as_param(is)->val) : rule->default_text;
     if (rule ? !same_value(*rule, before, after) : before != after)
       note(was, is);
   }

@@ -10,7 +10,7 @@
 
 namespace cf::detail {
 
-/// The lines of a text, each found in constant time.
+/// The lines of a text, numbered from 1, each found in constant time.
 class line_table {
 public:
   explicit line_table(std::string_view source) : text(source) {
@@ -20,6 +20,7 @@ public:
     }
   }
   long count() const { return static_cast<long>(starts.size()); }
+  /// Where a line begins; the end of the text if there is no such line.
   std::size_t start(long line) const {
     return line <= count() ? starts[static_cast<std::size_t>(line - 1)] : text.size();
   }
@@ -32,12 +33,12 @@ public:
     return rest.substr(0, rest.find('\n'));
   }
 
-  /// The column of the first byte that is not a blank, or of the first byte of the value; 0 if
-  /// there is no such line.
+  /// The column of the first byte that is not a blank; 0 if there is no such line, or it is empty.
   long column(long number) const {
     const std::string_view whole = line(number);
     return whole.empty() ? 0 : column_in(whole, 0);
   }
+  /// The column of the first byte of the value; that of the line if it has no value.
   long value_column(long number) const {
     const std::string_view whole = line(number);
     const std::size_t mark = whole.find('=');
@@ -66,11 +67,11 @@ struct finding {
   std::string_view lacks{};   // what that group lacks
   long offset = -1;           // in the value; negative: the whole element is at fault
   std::string message{};
-  long first = 0;                 // the line of the first of two equal names
-  const level *of = nullptr;      // whose names may be meant by a misspelt one
-  const key_rule *rule = nullptr; // whose words may be meant by a misspelt one
-  long column = 0;                // 0: to be found
-  std::string path{};             // of what is not in the tree
+  long first = 0;                 // of two equal names, the line of the first; 0: no such fault
+  const level *of = nullptr;      // has the names that a misspelt one may mean; NULL: none
+  const key_rule *rule = nullptr; // has the words that a misspelt one may mean; NULL: none
+  long column = 0;                // 0: found from `line`, `at` and `offset`
+  std::string path{};             // if `at` is NULL
 
   /// Errors come before warnings, each by line.
   std::uint64_t order() const {
@@ -92,7 +93,7 @@ public:
     if (pruned && (most == 0 || found.order() >= kept[most - 1].order()))
       return;
     kept.push_back(std::move(found));
-    if (kept.size() / 2 >= most && kept.size() >= 64)
+    if (kept.size() / 2 >= most && kept.size() >= fewest_to_sort)
       prune();
   }
 
@@ -103,6 +104,8 @@ public:
   }
 
 private:
+  static constexpr std::size_t fewest_to_sort = 64; // so that a low limit does not sort each time
+
   std::size_t most;
   std::vector<finding> kept;
   bool pruned = false; // `kept` begins with the first `most`, in order; newer ones follow

@@ -85,7 +85,7 @@ inline detail::looked_up section::look_up(std::string_view key, detail::want wan
   if (by.separator && !list)
     misuse(key, "a list is read by values()");
   const cfparam *par = param_of(key, rule);
-  return {&by, par, key, par ? std::string_view(par->val) : std::string_view(by.standard)};
+  return {&by, par, key, par ? std::string_view(par->val) : std::string_view(by.default_text)};
 }
 
 /// Throws unless there is a value or a default.
@@ -113,7 +113,7 @@ inline void section::malformed(const detail::looked_up &it, std::string_view ite
 template <class T> T section::value(const detail::looked_up &it, std::string_view text) const {
   if constexpr (std::is_copy_constructible_v<T>)
     if (!it.par && it.rule->type == detail::type::custom && it.rule->tag == detail::tag<T>())
-      return static_cast<const detail::default_of<T> &>(*it.rule->custom_standard).value;
+      return static_cast<const detail::default_of<T> &>(*it.rule->custom_default_value).value;
   outcome<T> result = detail::convert<T>(*it.rule, text);
   if (!result)
     malformed(it, text, result.reason());

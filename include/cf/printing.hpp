@@ -58,9 +58,9 @@ private:
   }
 };
 
-/// Where a line ends without the bytes that no author wants: carriage returns, which a remark keeps
-/// from line ends of another system; the indentation of an empty line; and the blank after the # of
-/// an empty remark.
+/// Where the line from `from` to `end` ends if unwanted bytes at its end are left out: the carriage
+/// returns that a remark of a file with other line ends keeps, the indentation of an empty line,
+/// and the blank after the # of an empty remark.
 inline std::size_t line_end(std::string_view text, std::size_t from, std::size_t end) {
   while (end > from && text[end - 1] == '\r')
     --end;
@@ -70,6 +70,7 @@ inline std::size_t line_end(std::string_view text, std::size_t from, std::size_t
   return text.substr(solid, end - solid) == "# " ? end - 1 : end;
 }
 
+/// A printed text without those bytes.
 inline std::string stripped(std::string_view text) {
   std::string result;
   result.reserve(text.size());

@@ -15,7 +15,7 @@ class recovery {
 public:
   recovery(std::string_view source, const line_table &table, names groups)
       : doubtful(static_cast<std::size_t>(table.count()) + 1), text(source), lines(table),
-        allowed(groups), kept(doubtful.size(), whole) {}
+        allowed(groups), kept(doubtful.size(), whole_line) {}
 
   /// Reports the faults and gives what is left of the text.
   std::string run(const reading_faults &faults, findings &found) {
@@ -31,17 +31,20 @@ public:
     return rest();
   }
 
-  /// By the line of a group's head, 0 for the file: 1 if a fault may hide what the group seems to
-  /// lack.
+  /// For the line of each group's head, and at 0 for the file: 1 if a fault may hide what the group
+  /// seems to lack; else 0.
   std::vector<std::size_t> doubtful;
   /// The line of the source for each line of what is left.
   std::vector<std::size_t> rows{};
 
 private:
+  /// A group that is open, by the line of its head.
   struct opened {
     long row;
-    bool bad, brace; // `brace`: its head has a brace
+    bool bad;   // its head or a group around it is faulty
+    bool brace; // its head has a brace
   };
+  /// A group that has ended, by the lines of its head and its end.
   struct ended {
     long head, end;
   };
@@ -49,18 +52,18 @@ private:
   struct steps {
     std::ptrdiff_t ends = 0, begins = 0;
   };
-  // What is kept of a line: a number of braces that end groups, or the whole line.
-  static constexpr auto whole = static_cast<std::size_t>(-1);
+  // What is kept of a line: so many braces that end groups, or the whole line.
+  static constexpr auto whole_line = static_cast<std::size_t>(-1);
 
   std::string_view text;
   const line_table &lines;
   names allowed;
-  std::vector<std::size_t> kept; // of each line
+  std::vector<std::size_t> kept; // what is kept of each line
   std::vector<opened> open{};    // the groups around the line
   std::vector<ended> closed{};   // groups at the top that ended since the last stray brace
-  bool loose = false;            // a parameter at the top follows the last of them
+  bool loose = false;            // after the last of them, there is a parameter at the top
   bool more_ends = false;        // more lines end groups than begin some
-  long brace_of_head = 0;        // the line with the brace of a head in the line before
+  long brace_of_head = 0;        // a line with the brace of a head that is in the line before
 
   void report(long row, std::string message, findings &found) {
     found.add({.fault = fault::syntax, .line = row, .message = std::move(message)});
@@ -69,14 +72,15 @@ private:
   void doubt(long head_row) { doubtful[static_cast<std::size_t>(head_row)] = 1; }
   void doubt_open() { doubt(open.empty() ? 0 : open.back().row); }
 
+  /// Takes the next line. `bad`: the reader refused it.
   void take(long row, bool bad, findings &found) {
     const std::string_view line = trimmed(lines.line(row));
     const bool inside = !open.empty() && open.back().bad;
     const bool assigns = !bad && more_ends && is_assigned_brace(line);
     if (bad || assigns || inside)
       keep(row) = 0;
-    if (row == brace_of_head) // was reported with the line before
-      return;
+    if (row == brace_of_head)
+      return; // taken with the line before
     const steps done = assigns ? steps{0, 1} : bad ? faulty_steps(line, row) : plain_steps(line);
     if (bad || assigns)
       report(row, reason(row, assigns), found);
@@ -97,12 +101,14 @@ private:
     return brace_of_head > row ? "the { of a group belongs in the line of its name" : "";
   }
 
+  /// What a line without a fault does.
   static steps plain_steps(std::string_view line) {
     if (line.starts_with('#') || line.find('=') != line.npos)
       return {};
     return {line.starts_with('}'), line.ends_with('{')};
   }
 
+  /// True for "name = {", which the reader takes for a parameter.
   static bool is_assigned_brace(std::string_view line) {
     return !line.starts_with('#') && line.ends_with('{') &&
            trimmed(line.substr(0, line.size() - 1)).ends_with('=');
@@ -124,7 +130,8 @@ private:
     return sum;
   }
 
-  /// A head whose brace is in the next line, or was forgotten before lines that are indented.
+  /// True for a head whose brace is in the next line, or was forgotten before lines that are
+  /// indented.
   bool begins_below(std::string_view line, long row) {
     const long next = row + 1;
     const std::string_view after = trimmed(lines.line(next));
@@ -148,7 +155,7 @@ private:
     return sum;
   }
 
-  /// Ends a group. False if there is none.
+  /// Ends the innermost open group. False if none is open.
   bool close(long row, bool bad, findings &found) {
     if (open.empty())
       return stray(row, bad, found), false;
@@ -186,6 +193,7 @@ private:
     loose = false;
   }
 
+  /// Keeps nothing of some lines.
   void drop(long from, long to) {
     for (; from <= to; ++from)
       keep(from) = 0;
@@ -216,17 +224,21 @@ private:
     return path;
   }
 
+  /// What is kept of all lines. A line of which nothing is kept becomes an empty one.
   std::string rest() {
     std::string left;
-    for (long row = 1; row <= lines.count(); ++row) {
-      if (keep(row) == whole)
-        left += text.substr(lines.start(row), lines.start(row + 1) - lines.start(row));
+    const auto add = [&](std::string_view line, long row) {
+      left += line;
+      rows.push_back(static_cast<std::size_t>(row));
+    };
+    for (long row = 1; row <= lines.count(); ++row)
+      if (keep(row) == whole_line)
+        add(text.substr(lines.start(row), lines.start(row + 1) - lines.start(row)), row);
+      else if (keep(row) == 0)
+        add("\n", row);
       else
-        for (std::size_t i = 0; i < std::max<std::size_t>(keep(row), 1); ++i)
-          left += keep(row) ? "}\n" : "\n";
-      rows.resize(rows.size() + (keep(row) == whole ? 1 : std::max<std::size_t>(keep(row), 1)),
-                  static_cast<std::size_t>(row));
-    }
+        for (std::size_t i = 0; i < keep(row); ++i)
+          add("}\n", row);
     return left;
   }
 };

@@ -49,7 +49,7 @@ struct custom_default : counted {
   virtual ~custom_default() = default;
 };
 template <class T> struct default_of : custom_default {
-  explicit default_of(T standard) : value(std::move(standard)) {}
+  explicit default_of(T given) : value(std::move(given)) {}
   T value;
 };
 
@@ -69,9 +69,9 @@ struct key_rule {
   std::vector<word> words{};
   shared<const converter> custom{};
   bool has_default = false;
-  shared<const custom_default> custom_standard{}; // the default of a custom type
-  std::string standard{};                         // the default as a text of a file
-  std::string help{}, example{}, notice{};        // `notice`: of a deprecated key
+  shared<const custom_default> custom_default_value{}; // the default of a custom type
+  std::string default_text{};                          // the default as a text of a file
+  std::string help{}, example{}, notice{};             // `notice`: of a deprecated key
   bool deprecated = false;
 
   const word *find_word(std::string_view text) const {

@@ -38,7 +38,7 @@ inline std::string usage_text(const key_rule &rule) {
   if (rule.has_default && rule.type == type::custom)
     text = "has a default";
   else if (rule.has_default)
-    text = joined({"default ", rule.standard.empty() ? "empty" : shown(rule.standard)});
+    text = joined({"default ", rule.default_text.empty() ? "empty" : shown(rule.default_text)});
   if (rule.many)
     text += ", any number of times";
   return rule.deprecated ? joined({text, ", deprecated: ", rule.notice}) : text;
@@ -58,7 +58,7 @@ inline std::optional<std::string> example_of(const key_rule &rule) {
   if (!rule.example.empty())
     return rule.example;
   if (rule.has_default && rule.type != type::custom)
-    return rule.standard;
+    return rule.default_text;
   const auto within = [&](whole wanted) { return std::clamp(wanted, rule.low, rule.high); };
   switch (rule.type) {
   case type::text: return "text";
@@ -125,7 +125,8 @@ private:
     remark(rule.help);
     remark(joined({type_text(rule), "; ", usage_text(rule)}));
     // A default that would be warned of is no line either.
-    const bool shows_default = rule.has_default && !rule.deprecated && !suspicion(rule.standard);
+    const bool shows_default =
+        rule.has_default && !rule.deprecated && !suspicion(rule.default_text);
     if ((rule.required || shows_default) && value)
       line({rule.name, " = ", *value});
     else

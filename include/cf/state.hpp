@@ -23,13 +23,13 @@ enum class unknown {
 
 /// How a file is read. Every member has a default.
 struct options {
-  std::string name{};                       ///< The file in messages; empty: the path.
-  std::size_t limit = 100;                  ///< The most diagnostics; one more counts the rest.
-  cf::unknown unknown = cf::unknown::error; ///< What the schema does not have.
+  std::string name{};      ///< The file in messages; empty: the path.
+  std::size_t limit = 100; ///< At most this many diagnostics, and one that counts the rest.
+  cf::unknown unknown = cf::unknown::error; ///< Keys and groups that the schema does not have.
   cf::names names = cf::names::identifiers; ///< What names of groups may be.
   bool warnings = true;                     ///< Warn of quotes and of remarks after a value.
-  std::size_t max_size =
-      static_cast<std::size_t>(-1); ///< In bytes; a larger file or text is refused.
+  /// In bytes: a larger file or text is refused. The default is no limit.
+  std::size_t max_size = static_cast<std::size_t>(-1);
 };
 
 namespace detail {
@@ -64,7 +64,7 @@ struct state {
   std::string text;
   owned_group tree, catalog; // `catalog` is NULL until it is asked for
   std::vector<diagnostic> warnings{};
-  std::set<std::uint64_t> taken{}; // see is_taken()
+  std::set<std::uint64_t> taken{}; // the names of groups that is_taken() looked through, as hashes
   bool damaged = false;            // the text had syntax faults
   std::string origin{};            // the file that was loaded or saved last; empty: none
   fingerprint known{};             // its bytes
@@ -97,7 +97,9 @@ struct state {
     return *made;
   }
 
+  /// The diagnostic for a finding.
   diagnostic describe(const finding &it) const;
+  /// Those for all findings, by line, and one more that counts what was not kept.
   std::vector<diagnostic> describe(findings &found) const;
 
   /// The exception for one finding.
@@ -109,6 +111,7 @@ private:
 
 using owned_state = owned<state, destroy<state>>;
 
+/// The line of an element; 0 if it came from no file.
 inline long row_of(const cfnode *nd) {
   const long row = nd->type == cf_param    ? as_param(nd)->row
                    : nd->type == cf_remark ? as_remark(nd)->row
