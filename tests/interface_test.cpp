@@ -377,6 +377,10 @@ TEST(Interface, Groups) {
   EXPECT_EQ(names, "b:300 a:22 ");
   EXPECT_EQ(std::ranges::distance(doc.groups()), 3);
   EXPECT_EQ(std::ranges::count(doc.keys(), std::string_view("listen")), 2);
+  std::string items;
+  for (const auto &[key, text, line] : doc.group("host", "b").items())
+    items += std::string(key).append("=").append(text) + ":" + std::to_string(line) + " ";
+  EXPECT_EQ(items, "addr=bb:18 port=300:19 ");
   EXPECT_EQ((*std::ranges::find(doc.groups("host"), "a", &cf::group::name)).line(), 25);
   EXPECT_EQ(doc.groups("host").begin()->get<std::string>("addr"), "bb");
   const cf::group root = doc.group("host", "B").group("disk", "root");
@@ -389,7 +393,7 @@ TEST(Interface, Groups) {
   EXPECT_EQ(limits.get<int>("rate"), 10);
   EXPECT_EQ(limits.name(), "limits");
   EXPECT_EQ(none.handle(), nullptr);
-  EXPECT_TRUE(none.groups().empty() && none.keys().empty() && !none.has("addr"));
+  EXPECT_TRUE(none.groups().empty() && none.items().empty() && !none.has("addr"));
   EXPECT_EQ(thrown([&] { none.get<int>("port"); }), "error: host zz.port: the group is missing");
   EXPECT_EQ(thrown([&] { none.group("limits").get<int>("rate"); }),
             "error: host zz.limits.rate: the group is missing");

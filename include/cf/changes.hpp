@@ -114,8 +114,8 @@ public:
       compare(next);
     }
     list = in_order(std::move(list), everything, [](const change &it) {
-      return item{static_cast<std::uint64_t>(it.new_line ? it.new_line : it.old_line), !it.new_line,
-                  "", 0};
+      return sort_key{static_cast<std::uint64_t>(it.new_line ? it.new_line : it.old_line),
+                      !it.new_line, "", 0};
     });
   }
 

@@ -138,7 +138,7 @@ private:
 
   void check_names() {
     table.sort();
-    table.repeated([this](const item &again, const item &first) {
+    table.repeated([this](const sort_key &again, const sort_key &first) {
       task &it = pending[groups[again.place]];
       it.again = true;
       report_twice(&it.grp->link, &pending[groups[first.place]].grp->link);

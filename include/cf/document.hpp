@@ -113,6 +113,9 @@ public:
   /// As cf::section::keys().
   key_range keys() const & { return whole().keys(); }
   key_range keys() const && = delete;
+  /// As cf::section::items().
+  item_range items() const & { return whole().items(); }
+  item_range items() const && = delete;
   /// As cf::section::index().
   cf::index index(std::string_view category) const & { return whole().index(category); }
   cf::index index(std::string_view category) const && = delete;

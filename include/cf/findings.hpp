@@ -112,7 +112,7 @@ private:
 
   void prune() {
     kept = in_order(std::move(kept), most, [](const finding &it) {
-      return item{it.order(), 0, "", 0};
+      return sort_key{it.order(), 0, "", 0};
     });
     pruned = kept.size() >= most;
   }

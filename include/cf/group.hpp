@@ -11,9 +11,12 @@ namespace cf {
 
 class group_range;
 class key_range;
+class item_range;
 class index;
 
 namespace detail {
+
+struct group_cursor;
 
 /// What is known about an absent group.
 struct absence : counted {
@@ -114,6 +117,9 @@ public:
   group_range groups(std::string_view category) const;
   /// @return the keys that the file gives, in its order; a key occurs once for each value.
   key_range keys() const;
+  /// @return the keys as keys() has them, each with its value as a text and its line. It costs less
+  ///     than a get() for each key, which searches the group.
+  item_range items() const;
   /// @return a table of the groups of a category, for finding very many by name; valid until the
   ///     document is edited.
   cf::index index(std::string_view category) const;
@@ -154,7 +160,7 @@ public:
 private:
   friend class document;
   friend class group_range;
-  friend class key_range;
+  friend struct detail::group_cursor;
   friend class index;
   friend struct detail::access;
 

@@ -30,14 +30,14 @@ inline std::uint64_t hash(std::string_view text, std::uint64_t seed = 0) {
 }
 
 /// A key to sort by: a number, a kind, a name without case, and a place in a list.
-struct item {
+struct sort_key {
   std::uint64_t number;
   std::size_t kind;
   const char *name;  // borrowed
   std::size_t place; // in the list that is sorted
 };
 
-inline int compare(const item &one, const item &other) {
+inline int compare(const sort_key &one, const sort_key &other) {
   if (one.number != other.number)
     return one.number < other.number ? -1 : 1;
   if (one.kind != other.kind)
@@ -45,18 +45,18 @@ inline int compare(const item &one, const item &other) {
   return strcasecmp(one.name, other.name);
 }
 
-inline void sort(std::vector<item> &items) {
-  std::sort(items.begin(), items.end(), [](const item &one, const item &other) {
+inline void sort(std::vector<sort_key> &items) {
+  std::sort(items.begin(), items.end(), [](const sort_key &one, const sort_key &other) {
     const int sign = compare(one, other);
     return sign ? sign < 0 : one.place < other.place;
   });
 }
 
-/// The first `most` elements of a list, in the order of the items that `key` makes of them. Equal
+/// The first `most` elements of a list, in the order of the keys that `key` makes of them. Equal
 /// elements keep their order.
 template <class T, class Key>
 std::vector<T> in_order(std::vector<T> list, std::size_t most, Key key) {
-  std::vector<item> items;
+  std::vector<sort_key> items;
   for (std::size_t i = 0; i < list.size(); ++i) {
     items.push_back(key(list[i]));
     items.back().place = i;
@@ -65,7 +65,7 @@ std::vector<T> in_order(std::vector<T> list, std::size_t most, Key key) {
   items.resize(std::min(most, items.size()));
   std::vector<T> sorted;
   sorted.reserve(items.size());
-  for (const item &it : items)
+  for (const sort_key &it : items)
     sorted.push_back(std::move(list[it.place]));
   return sorted;
 }
@@ -99,7 +99,7 @@ public:
   void index() {
     shift = 64 - static_cast<int>(std::bit_width(items.size() | 1));
     starts.assign((std::size_t{1} << (64 - shift)) + 1, 0);
-    for (const item &it : items)
+    for (const sort_key &it : items)
       ++starts[bucket(it.number) + 1];
     for (std::size_t i = 1; i < starts.size(); ++i)
       starts[i] += starts[i - 1];
@@ -110,10 +110,10 @@ public:
     if (items.empty())
       return none;
     const std::uint64_t sum = hash(name, kind);
-    const item *low = items.data() + starts[bucket(sum)];
-    const item *const end = items.data() + starts[bucket(sum) + 1];
-    for (const item *high = end; low < high;) {
-      const item *middle = low + (high - low) / 2;
+    const sort_key *low = items.data() + starts[bucket(sum)];
+    const sort_key *const end = items.data() + starts[bucket(sum) + 1];
+    for (const sort_key *high = end; low < high;) {
+      const sort_key *middle = low + (high - low) / 2;
       if (side(*middle, sum, kind, name) < 0)
         low = middle + 1;
       else
@@ -123,18 +123,18 @@ public:
   }
 
   /// All items. After sort(), tables with the same names have them in the same order.
-  const std::vector<item> &all() const { return items; }
+  const std::vector<sort_key> &all() const { return items; }
 
 private:
   std::size_t bucket(std::uint64_t number) const {
     return static_cast<std::size_t>(number >> shift);
   }
 
-  std::vector<item> items{};
+  std::vector<sort_key> items{};
   std::vector<std::size_t> starts{};
   int shift = 63;
 
-  static int side(const item &it, std::uint64_t sum, std::size_t kind, std::string_view name) {
+  static int side(const sort_key &it, std::uint64_t sum, std::size_t kind, std::string_view name) {
     if (it.number != sum)
       return it.number < sum ? -1 : 1;
     if (it.kind != kind)

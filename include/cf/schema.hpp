@@ -123,7 +123,7 @@ inline void seal(level &it, level &top, const level *above) { // NOLINT(misc-no-
       it.any_group = &group;
   }
   it.table.sort();
-  it.table.repeated([](const item &again, const item &) {
+  it.table.repeated([](const sort_key &again, const sort_key &) {
     contradiction(*again.name ? again.name : "any", "is there twice");
   });
   it.table.index();
@@ -157,7 +157,8 @@ template <class... Entries> detail::many_group any(const Entries &...entries) {
 /// it.
 class schema {
 public:
-  /// @param entries keys and groups: what the file may hold; none: nothing at all.
+  /// @param entries keys and groups: what the file may hold. Without entries, every key and every
+  ///     group is an unknown one.
   /// @throws std::logic_error if it contradicts itself: an entry twice, a default out of range.
   schema(std::initializer_list<entry> entries) : schema(entries.begin(), entries.end()) {}
   /// As above, for entries that a program gathers while it runs.

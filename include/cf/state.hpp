@@ -138,7 +138,7 @@ inline std::vector<diagnostic> state::describe(findings &found) const {
   for (const finding &it : found.take())
     list.push_back(describe(it));
   list = in_order(std::move(list), everything, [](const diagnostic &d) {
-    return item{static_cast<std::uint64_t>(d.line), static_cast<std::size_t>(d.column), "", 0};
+    return sort_key{static_cast<std::uint64_t>(d.line), static_cast<std::size_t>(d.column), "", 0};
   });
   if (const std::size_t more = found.errors + found.warnings - list.size()) {
     const bool error = found.errors > list.size();
