@@ -9,6 +9,7 @@
 
 namespace cf::detail {
 
+/// One check, which adds what is wrong to a list.
 class checking {
 public:
   /// @param heads as recovery::doubtful.

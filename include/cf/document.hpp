@@ -12,9 +12,9 @@ namespace cf {
 
 /// How a document is saved. Every member has a default.
 struct saving {
-  std::size_t max_size =
-      static_cast<std::size_t>(-1); ///< In bytes; save() throws for a larger text.
-  bool overwrite = false;           ///< Write also if someone else changed the file since the load.
+  /// In bytes: save() throws for a larger text. The default is no limit.
+  std::size_t max_size = static_cast<std::size_t>(-1);
+  bool overwrite = false; ///< Write also if someone else changed the file since the load.
 };
 
 namespace detail {
@@ -38,7 +38,7 @@ public:
   }
 
   /// @return the top group.
-  section top() const & { return whole(); }
+  section top() const & { return top_group(); }
   section top() const && = delete;
 
   /// @return "": the top has no name.
@@ -51,97 +51,97 @@ public:
   explicit operator bool() const { return true; }
 
   /// As cf::section::has().
-  bool has(std::string_view key) const { return whole().has(key); }
+  bool has(std::string_view key) const { return top_group().has(key); }
 
   /// As cf::section::get().
-  template <class T> T get(std::string_view key) const & { return whole().get<T>(key); }
+  template <class T> T get(std::string_view key) const & { return top_group().get<T>(key); }
   /// As cf::section::get().
-  template <class T> T get(std::string_view key) const && { return whole().get<T>(key); }
+  template <class T> T get(std::string_view key) const && { return top_group().get<T>(key); }
   template <detail::view T> T get(std::string_view key) const && = delete;
 
   /// As cf::section::find().
   template <class T> std::optional<T> find(std::string_view key) const & {
-    return whole().find<T>(key);
+    return top_group().find<T>(key);
   }
   /// As cf::section::find().
   template <class T> std::optional<T> find(std::string_view key) const && {
-    return whole().find<T>(key);
+    return top_group().find<T>(key);
   }
   template <detail::view T> std::optional<T> find(std::string_view key) const && = delete;
 
   /// As cf::section::get_or().
   template <class T> T get_or(std::string_view key, T otherwise) const & {
-    return whole().get_or(key, std::move(otherwise));
+    return top_group().get_or(key, std::move(otherwise));
   }
   /// As cf::section::get_or().
   template <class T> T get_or(std::string_view key, T otherwise) const && {
-    return whole().get_or(key, std::move(otherwise));
+    return top_group().get_or(key, std::move(otherwise));
   }
   template <detail::view T> T get_or(std::string_view key, T otherwise) const && = delete;
   /// As above, for a text.
   std::string get_or(std::string_view key, const char *otherwise) const {
-    return whole().get_or(key, otherwise);
+    return top_group().get_or(key, otherwise);
   }
 
   /// As cf::section::values().
   template <class T> std::vector<T> values(std::string_view key) const & {
-    return whole().values<T>(key);
+    return top_group().values<T>(key);
   }
   /// As cf::section::values().
   template <class T> std::vector<T> values(std::string_view key) const && {
-    return whole().values<T>(key);
+    return top_group().values<T>(key);
   }
   template <detail::view T> std::vector<T> values(std::string_view key) const && = delete;
 
   /// As cf::section::group().
-  section group(std::string_view name) const & { return whole().group(name); }
+  section group(std::string_view name) const & { return top_group().group(name); }
   section group(std::string_view name) const && = delete;
   /// As cf::section::group().
   section group(std::string_view category, std::string_view name) const & {
-    return whole().group(category, name);
+    return top_group().group(category, name);
   }
   section group(std::string_view category, std::string_view name) const && = delete;
   /// As cf::section::group().
-  section operator[](std::string_view name) const & { return whole().group(name); }
+  section operator[](std::string_view name) const & { return top_group().group(name); }
   section operator[](std::string_view name) const && = delete;
   /// As cf::section::groups().
-  group_range groups() const & { return whole().groups(); }
+  group_range groups() const & { return top_group().groups(); }
   group_range groups() const && = delete;
   /// As cf::section::groups().
-  group_range groups(std::string_view category) const & { return whole().groups(category); }
+  group_range groups(std::string_view category) const & { return top_group().groups(category); }
   group_range groups(std::string_view category) const && = delete;
   /// As cf::section::keys().
-  key_range keys() const & { return whole().keys(); }
+  key_range keys() const & { return top_group().keys(); }
   key_range keys() const && = delete;
   /// As cf::section::items().
-  item_range items() const & { return whole().items(); }
+  item_range items() const & { return top_group().items(); }
   item_range items() const && = delete;
   /// As cf::section::index().
-  cf::index index(std::string_view category) const & { return whole().index(category); }
+  cf::index index(std::string_view category) const & { return top_group().index(category); }
   cf::index index(std::string_view category) const && = delete;
 
   /// As cf::section::error().
   cf::error error(std::string_view key, std::string text) const {
-    return whole().error(key, std::move(text));
+    return top_group().error(key, std::move(text));
   }
 
   /// As cf::section::set().
   template <detail::writable T> void set(std::string_view key, const T &value) {
-    whole().set(key, value);
+    top_group().set(key, value);
   }
   /// As cf::section::add().
   template <detail::writable T> void add(std::string_view key, const T &value) {
-    whole().add(key, value);
+    top_group().add(key, value);
   }
   /// As cf::section::erase().
-  bool erase(std::string_view key) { return whole().erase(key); }
+  bool erase(std::string_view key) { return top_group().erase(key); }
   /// As cf::section::add_group().
   section add_group(std::string_view category, std::string_view name) & {
-    return whole().add_group(category, name);
+    return top_group().add_group(category, name);
   }
   section add_group(std::string_view category, std::string_view name) && = delete;
   /// As cf::section::add_group().
-  section add_group(std::string_view name) & { return whole().add_group(name); }
+  section add_group(std::string_view name) & { return top_group().add_group(name); }
   section add_group(std::string_view name) && = delete;
 
   /// @return the warnings of the load, sorted by line; valid as long as the document.
@@ -200,7 +200,7 @@ private:
       throw std::logic_error("a document that was moved from");
     return *own;
   }
-  section whole() const { return {&state(), state().tree.get(), state().rules()}; }
+  section top_group() const { return {&state(), state().tree.get(), state().rules()}; }
 
   std::pair<bool, std::vector<diagnostic>> checked() const {
     detail::findings found(state().options.limit);

@@ -207,8 +207,10 @@ inline constexpr unit time_units[] = {{"d", 86'400'000'000'000},
 inline constexpr unit size_units[] = {
     {"t", 1ULL << 40}, {"g", 1 << 30}, {"m", 1 << 20}, {"k", 1 << 10}};
 
-/// Reads a duration such as "1h30m", in nanoseconds: each unit at most once, the larger first.
+/// Reads a duration such as "1h30m", in nanoseconds: each unit at most once, the larger first. It
+/// may be as long as std::chrono::nanoseconds can hold, about 292 years.
 inline outcome<whole> to_duration(std::string_view text) {
+  constexpr std::uint64_t longest = std::numeric_limits<std::int64_t>::max();
   if (text == "0")
     return whole(0);
   std::uint64_t sum = 0;
@@ -229,7 +231,7 @@ inline outcome<whole> to_duration(std::string_view text) {
     if (next == std::end(time_units))
       return not_a(text, "a duration as 250ms, 5s or 1h30m");
     if (__builtin_mul_overflow(number, next->worth, &number) ||
-        __builtin_add_overflow(sum, number, &sum) || sum > whole::least().magnitude() - 1)
+        __builtin_add_overflow(sum, number, &sum) || sum > longest)
       return bad_digits(text, std::errc::result_out_of_range, "");
     rest.remove_prefix(length);
     ++next;

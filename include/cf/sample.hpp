@@ -111,6 +111,7 @@ private:
     }
   }
 
+  /// An empty line, except at the beginning of the file or of a group.
   void begin_block() {
     if (!text.empty() && !text.ends_with("{\n"))
       text += '\n';
@@ -133,6 +134,7 @@ private:
       line({"# ", rule.name, " = ", value ? *value : "..."});
   }
 
+  /// "NAME" or "CATEGORY NAME": the head of the group number `number` of a level in `of`.
   static std::string name_for(const level &it, const level &of, std::size_t number) {
     if (it.role == role::one)
       return it.name;

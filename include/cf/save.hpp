@@ -49,12 +49,13 @@ public:
       fail("cannot read back what was written");
   }
 
+  /// The step that cannot be undone.
   void replace() {
     demand(std::rename(temporary.c_str(), target.c_str()) == 0, "cannot replace it");
     temporary.clear();
   }
 
-  /// Until then a crash of the machine may bring the old file back.
+  /// Makes the exchange final: before this, a crash of the machine may bring the old file back.
   void sync_folder() const {
     const std::size_t slash = target.rfind('/');
     const std::string folder = slash == target.npos ? "." : target.substr(0, slash + 1);
@@ -98,9 +99,9 @@ private:
 
 /// The text of a document, if it reads back as the same document.
 inline std::string safe_text(const state &doc, const replacement &to, std::size_t most) {
-  const std::size_t least = printable_size(doc);
-  std::string text = least > most ? std::string() : print_text(doc.tree.get());
-  if (least > most || text.size() > most)
+  const std::size_t size = printable_size(doc); // without the empty lines
+  std::string text = size > most ? std::string() : print_text(doc.tree.get());
+  if (size > most || text.size() > most)
     to.fail(joined({"would have more than ", std::to_string(most), " bytes"}));
   reading_faults faults;
   const owned_group back = read_text(text, doc.readable(), faults);
