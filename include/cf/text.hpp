@@ -142,14 +142,14 @@ inline std::size_t distance(std::string_view text, std::string_view wanted) {
 class spelling {
 public:
   explicit spelling(std::string_view word)
-      : text(word), least(word.size() > longest_word ? 0 : (word.size() + 1) / 3 + 1) {}
+      : text(word), limit(word.size() > longest_word ? 0 : (word.size() + 1) / 3 + 1) {}
 
   void offer(std::string_view name) {
     const std::size_t size = name.size();
-    if (size > longest_word || size >= text.size() + least || text.size() >= size + least)
+    if (size > longest_word || size >= text.size() + limit || text.size() >= size + limit)
       return;
-    if (const std::size_t edits = distance(text, name); edits < least) {
-      least = edits;
+    if (const std::size_t edits = distance(text, name); edits < limit) {
+      limit = edits;
       best = name;
     }
   }
@@ -161,7 +161,7 @@ public:
 
 private:
   std::string_view text, best;
-  std::size_t least; // a better match needs fewer edits than this
+  std::size_t limit; // a name must need fewer edits than this
 };
 
 } // namespace cf::detail
