@@ -138,10 +138,12 @@ inline std::uint64_t mark(const cfgroup *grp, std::string_view category, std::st
 /// `grp` are kept, so that many additions do not search the list for each. They are kept in a tree
 /// of hashes, not in a hash table: a file could choose names that collide.
 inline bool is_taken(state &doc, cfgroup *grp, std::string_view category, std::string_view name) {
-  if (doc.taken.insert(mark(grp)).second)
+  if (!doc.taken.contains(mark(grp))) {
     for (cfgroup *it = group_from(grp, first_element(grp)); it;
          it = group_from(grp, next_element(grp, &it->link)))
       doc.taken.insert(mark(grp, it->cat, it->name));
+    doc.taken.insert(mark(grp)); // last, in case memory is exhausted before
+  }
   return !doc.taken.insert(mark(grp, category, name)).second &&
          find_group(grp, first_element(grp), category, name);
 }
