@@ -125,8 +125,8 @@ struct item_cursor : param_cursor {
 
 } // namespace detail
 
-/// The groups of a group, or those of one category: a range of handles, made as they are asked for.
-/// Valid, like its iterators, until the group is edited.
+/// The groups of a group, or those of one category: a range of handles, made as they are asked for,
+/// with begin(), end() and empty(). Valid, like its iterators, until the group is edited.
 class group_range : public detail::element_range<detail::group_cursor> {
   friend class section;
   using element_range::element_range;
@@ -143,15 +143,15 @@ class group_range : public detail::element_range<detail::group_cursor> {
   }
 };
 
-/// The keys of a group: a range of std::string_view. Valid, like its iterators, until the group is
-/// edited.
+/// The keys of a group: a range of std::string_view, with begin(), end() and empty(). Valid, like
+/// its iterators, until the group is edited.
 class key_range : public detail::element_range<detail::key_cursor> {
   friend class section;
   using element_range::element_range;
 };
 
-/// The keys of a group with their values: a range of cf::item. Valid, like its iterators, until the
-/// group is edited.
+/// The keys of a group with their values: a range of cf::item, with begin(), end() and empty().
+/// Valid, like its iterators, until the group is edited.
 class item_range : public detail::element_range<detail::item_cursor> {
   friend class section;
   using element_range::element_range;
