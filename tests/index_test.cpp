@@ -115,8 +115,9 @@ TEST(Index, TakesLittleMemoryAndGivesItBack) {
   for (const unsigned n : {25U, 100U, 20000U}) {
     cfgroup *top = cfnewgrp("", "", cf_grptop, -1);
     for (unsigned i = 0; i < n; ++i) {
-      cfaddpar(top, cfnewpar(("key" + to_string(i)).c_str(), "", 1));
-      cfaddgrp(top, cfnewgrp(("c" + to_string(i)).c_str(), to_string(i).c_str(), cf_grpinst, 1));
+      const string name = to_string(i);
+      cfaddpar(top, cfnewpar(string("key").append(name).c_str(), "", 1));
+      cfaddgrp(top, cfnewgrp(string("c").append(name).c_str(), name.c_str(), cf_grpinst, 1));
     }
     const size_t before = most = live;
     EXPECT_EQ(check(top).find('!'), string::npos);
