@@ -246,8 +246,12 @@ TEST(Value, ReachesReferences) {
       << "a reference sees a new value only when it is evaluated";
   EXPECT_EQ(cfevalpar(upper, sized<17>), 1);
   EXPECT_TRUE(upper->vval == par->vval && ref->vval == par->vval);
+  cfparam *late = cfnewrefpar(par), *other = cfnewpar("other", "1", 1);
+  EXPECT_TRUE(late->eval == par->eval && late->vval == par->vval);
+  cfevalpar(par, cfevint), cfevalpar(other, sized<17>), cfevalpar(par, sized<17>);
+  EXPECT_TRUE(cfevalpar(late, sized<17>) && late->vval == par->vval) << "in another block";
   EXPECT_TRUE(cfunevalpar(ref) == ref && upper->vval && !ref->vval && !par->vval && !par->eval);
-  cfdelpar(upper), cfdelpar(ref), cfdelpar(par);
+  cfdelpar(upper), cfdelpar(ref), cfdelpar(late), cfdelpar(par), cfdelpar(other);
   par = cfnewpar("key", "True", 1);
   EXPECT_EQ(cfevalpar(cfunevalpar(par), cfevbool) ? cfbool(par) : 0, 1);
   cfdelpar(par);

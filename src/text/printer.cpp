@@ -81,11 +81,8 @@ public:
   }
 
   go leave(cfgroup *grp) {
-    if (grp->type == cf_grpinst) {
-      if (!out.grpend(grp))
-        return go::stop;
-      unprinted = nullptr;
-    }
+    if (grp->type == cf_grpinst && !out.grpend(grp))
+      return go::stop;
     if (grp == top)
       return go::on;
     if (unprinted == grp)
