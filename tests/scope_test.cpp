@@ -95,6 +95,8 @@ TEST(Check, SaysWhatIsWrong) {
 
 TEST(Check, OfElementsThatNoFileGives) {
   const kit::tree top(cfnewgrp("", "", cf_grptop, -1));
+  cfaddgrp(top.get(), cfaddpar(cfnewgrp("", "i", cf_grpinst, 3), cfnewpar("", "1", 4)));
+  cfaddgrp(top.get(), cfaddgrp(cfnewgrp("", "", cf_grpgrp, 5), cfnewgrp("", "", cf_grpinst, 5)));
   cfgroup *inner = cfaddpar(cfnewgrp("", "", cf_grptop, -1), cfnewpar("", "x", -1));
   cfaddgrp(cfaddgrp(top.get(), inner), cfnewgrp("", "", cf_grpinst, -1)); // begins anew, within
   cfgroup *block = cfaddpar(cfnewgrp("", "", cf_grppar, -1), cfnewpar("", "1", 7));
@@ -103,7 +105,9 @@ TEST(Check, OfElementsThatNoFileGives) {
     cfaddpar(top.get(), cfnewpar(key, "1", *key ? 0 : -1));
   for (const char *cat : {"", "c", "C", "c"})
     cfaddgrp(top.get(), cfnewgrp(cat, "", cf_grpinst, -1));
-  EXPECT_EQ(checks(top.get()), "E f/::: duplicate symbol\nE f/::: duplicate symbol\n"
+  EXPECT_EQ(checks(top.get()), "W f:4: undefined symbol\nW f:3: undefined symbol\n"
+                               "E f/::.: duplicate symbol\n"
+                               "E f/::: duplicate symbol\nE f/::: duplicate symbol\n"
                                "E f:0: duplicate symbol\n"
                                "E f/::.: duplicate symbol\nW f/::.c::: undefined symbol\n"
                                "W f/::.C::: undefined symbol\nW f/::.c::: undefined symbol\n");
