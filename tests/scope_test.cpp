@@ -100,13 +100,13 @@ TEST(Check, OfElementsThatNoFileGives) {
   cfgroup *inner = cfaddpar(cfnewgrp("", "", cf_grptop, -1), cfnewpar("", "x", -1));
   cfaddgrp(cfaddgrp(top.get(), inner), cfnewgrp("", "", cf_grpinst, -1)); // begins anew, within
   cfgroup *block = cfaddpar(cfnewgrp("", "", cf_grppar, -1), cfnewpar("", "1", 7));
-  cfaddgrp(top.get(), block); // its parameter is the first one without a key
+  cfaddgrp(top.get(), cfaddpar(block, cfnewpar("", "2", 8))); // begins with the first one
   for (const char *key : {"k", "", "", "k"})
     cfaddpar(top.get(), cfnewpar(key, "1", *key ? 0 : -1));
   for (const char *cat : {"", "c", "C", "c"})
     cfaddgrp(top.get(), cfnewgrp(cat, "", cf_grpinst, -1));
   EXPECT_EQ(checks(top.get()), "W f:4: undefined symbol\nW f:3: undefined symbol\n"
-                               "E f/::.: duplicate symbol\n"
+                               "E f/::.: duplicate symbol\nE f:8: duplicate symbol\n"
                                "E f/::: duplicate symbol\nE f/::: duplicate symbol\n"
                                "E f:0: duplicate symbol\n"
                                "E f/::.: duplicate symbol\nW f/::.c::: undefined symbol\n"
