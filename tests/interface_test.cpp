@@ -142,12 +142,13 @@ TEST(Interface, FaultsOfValuesAndNames) {
       {"grace = 1m30s", ""},
       {"grace = 90m", "1:9: error: grace: 90m is not in 1s..1h\n"},
       {"grace = 30", "1:9: error: grace: \"30\" has no unit: d, h, m, s or ms\n"},
-      {"grace = 5s1m", "1:9: error: grace: \"5s1m\" is not a duration as 250ms, 5s or 1h30m\n"},
+      {"grace = 5s1m",
+       "1:9: error: grace: \"5s1m\" is not a duration such as 250ms, 5s or 1h30m\n"},
       {"grace = 999999999999d", "1:9: error: grace: 999999999999d is out of range\n"},
       {"grace = 0", "1:9: error: grace: 0 is not in 1s..1h\n"},
       {"space = 1K", ""},
       {"space = 2G", "1:9: error: space: 2G is not in 1k..1G\n"},
-      {"space = 1kb", "1:9: error: space: \"1kb\" is not a size as 4096, 64k or 10M\n"},
+      {"space = 1kb", "1:9: error: space: \"1kb\" is not a size such as 4096, 64k or 10M\n"},
       {"space = 99999999999999T", "1:9: error: space: 99999999999999T is out of range\n"},
       {"motto =", "1:8: error: motto: must not be empty\n"},
       {"mode = slow", "1:8: error: mode: \"slow\" is not one of fast, safe\n"},
@@ -177,6 +178,10 @@ TEST(Interface, FaultsOfValuesAndNames) {
   };
   for (const row &it : rows)
     EXPECT_EQ(faults(it.text), it.expected) << it.text;
+  const cf::schema needs{cf::one("a").required(), cf::each("b").at_least(2), cf::any().at_least(1)};
+  EXPECT_EQ(faults("b x {\n}\n", needs),
+            "error: a: required, but missing\nerror: b: at least 2 required, found 1\n"
+            "error: any group: at least 1 required, found 0\n");
 }
 
 TEST(Interface, FaultsOfSyntaxSpoilOnlyTheirPart) {
@@ -214,7 +219,7 @@ TEST(Interface, FaultsOfSyntaxSpoilOnlyTheirPart) {
       {"g {\n b = 1\n h {\n }\n }\n c = 1\n}\na = x",
        "7:1: error: } without a group\n8:5: error: a: \"x\" is not an integer\n"},
       {"a = x\ng {\n b = 1\nfoo {\n bad = 1\n}\n",
-       "1:5: error: a: \"x\" is not an integer\n2:1: error: g: this group is not ended by a }\n"},
+       "1:5: error: a: \"x\" is not an integer\n2:1: error: g: this group is not closed by a }\n"},
       {"\xef\xbb\xbfmust = 1",
        "1:1: error: the text begins with a byte order mark, which does not belong to the format\n"},
       {"e {\n e = x\n}\nmust = 1", "2:6: error: e.e: \"x\" is not an integer\n"},
@@ -400,7 +405,7 @@ TEST(Interface, Groups) {
   EXPECT_EQ(thrown([&] { none.get<int>("port"); }), "error: host zz.port: the group is missing");
   EXPECT_EQ(thrown([&] { none.group("limits").get<int>("rate"); }),
             "error: host zz.limits.rate: the group is missing");
-  EXPECT_EQ(thrown([] { cf::group().get<int>("x"); }), "logic: x: a handle of no group");
+  EXPECT_EQ(thrown([] { cf::group().get<int>("x"); }), "logic: x: this handle refers to no group");
 
   const cf::index hosts = doc.index("host");
   EXPECT_EQ(hosts.size(), 2U);
@@ -469,15 +474,14 @@ TEST(Interface, Edits) {
        "!error: motto: \" a\" begins or ends with a blank"},
       {"", [](auto &d) { d.set("motto", std::string(4090, 'x')); },
        "!error: motto: the line would have more than 4094 bytes"},
-      {"workers = 1", [](auto &d) { d.add("workers", 2); },
-       "!error: workers: may be there only once"},
+      {"workers = 1", [](auto &d) { d.add("workers", 2); }, "!error: workers: may occur only once"},
       {"", [](auto &d) { d.set("wrokers", 2); },
        "!logic: wrokers: the schema does not have this key"},
       {"", [](auto &d) { d["tls"].set("cert", "x"); }, "!error: tls: the group is missing"},
       {"tls {\n  cert = x\n}", [](auto &d) { d.add_group("tls"); },
-       "!error: tls: may be there only once"},
+       "!error: tls: may occur only once"},
       {"host a {\n  addr = x\n}", [](auto &d) { d.add_group("host", "A"); },
-       "!error: host A: may be there only once"},
+       "!error: host A: may occur only once"},
       {"", [](auto &d) { d.add_group("host", "a b"); },
        "!error: \"a b\" is not a name: letters, digits and underscores, a letter first"},
       {"", [](auto &d) { d.add_group("hots", "a"); },
@@ -673,9 +677,9 @@ TEST(Interface, SchemaRefusesContradictions) {
   using cf::key;
   EXPECT_EQ(built(key("a").integer(1, 5).otherwise(6)),
             "logic: schema: a: the default 6 is not in 1..5");
-  EXPECT_EQ(built(key("a").text(), key("A").integer()), "logic: schema: A: is there twice");
-  EXPECT_EQ(built(cf::one("g"), cf::one("g")), "logic: schema: g: is there twice");
-  EXPECT_EQ(built(cf::any(), cf::any()), "logic: schema: any: is there twice");
+  EXPECT_EQ(built(key("a").text(), key("A").integer()), "logic: schema: A: occurs twice");
+  EXPECT_EQ(built(cf::one("g"), cf::one("g")), "logic: schema: g: occurs twice");
+  EXPECT_EQ(built(cf::any(), cf::any()), "logic: schema: any: occurs twice");
   EXPECT_EQ(built(key("g").text(), cf::one("g"), cf::each("g")), "");
   EXPECT_EQ(built(key("a").integer(5, 1)), "logic: schema: a: the range is empty");
   EXPECT_EQ(built(key("a").bytes(-5, -1)), "logic: schema: a: the range is below zero");
@@ -683,11 +687,11 @@ TEST(Interface, SchemaRefusesContradictions) {
             "logic: schema: a: required, but with a default");
   EXPECT_EQ(built(key("a").text().required().deprecated("no")),
             "logic: schema: a: required, but deprecated");
-  EXPECT_EQ(built(key("a").words({"x", "X"})), "logic: schema: a: a word is there twice");
+  EXPECT_EQ(built(key("a").words({"x", "X"})), "logic: schema: a: a word occurs twice");
   EXPECT_EQ(built(key("a").words({"x"}).otherwise("y")),
             "logic: schema: a: the default \"y\" is not one of x");
   EXPECT_EQ(built(key("a-b").text()),
-            "logic: schema: a-b: a key is letters, digits and underscores");
+            "logic: schema: a-b: a key consists of letters, digits and underscores");
   EXPECT_EQ(built(key("a").duration().example("5")),
             "logic: schema: a: the example \"5\" has no unit: d, h, m, s or ms");
   EXPECT_EQ(built(key("a").text().nonempty().otherwise("")),

@@ -43,16 +43,17 @@ inline bool is_separator(char c) {
 /// Throws std::logic_error if a rule contradicts itself.
 inline void verify(const key_rule &rule) {
   const std::string &name = rule.name;
-  demand(is_name(name, names::identifiers), name, "a key is letters, digits and underscores");
+  demand(is_name(name, names::identifiers), name,
+         "a key consists of letters, digits and underscores");
   demand(rule.low <= rule.high && rule.least <= rule.most, name, "the range is empty");
   demand(rule.type != type::size || rule.high >= whole(0), name, "the range is below zero");
   demand(rule.type != type::word || !rule.words.empty(), name, "the list of words is empty");
   demand(!rule.required || !rule.has_default, name, "required, but with a default");
   demand(!rule.required || !rule.deprecated, name, "required, but deprecated");
   demand(!rule.many || !rule.separator, name, "either many values or a list");
-  demand(!rule.separator || is_separator(rule.separator), name, "items may hold the separator");
+  demand(!rule.separator || is_separator(rule.separator), name, "items may contain the separator");
   for (const word &it : rule.words) {
-    demand(rule.find_word(it.text) == &it, name, "a word is there twice");
+    demand(rule.find_word(it.text) == &it, name, "a word occurs twice");
     verify_text(rule, it.text, "the word");
   }
   if (rule.has_default && !rule.custom_default_value)
@@ -192,7 +193,7 @@ public:
   /// The value if the file does not say.
   enum_key &otherwise(E value) {
     const word *it = this->made.find_value(static_cast<std::uint64_t>(value));
-    demand(it != nullptr, this->made.name, "the default is none of the words");
+    demand(it != nullptr, this->made.name, "the default is not one of the words");
     return this->by_default({.text = it->text});
   }
 };

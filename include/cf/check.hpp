@@ -194,8 +194,8 @@ private:
         report_missing(it, group.name, "required, but missing");
       if (count < group.at_least)
         report_missing(it, group.role == role::any ? std::string_view("any group") : group.name,
-                       joined({"at least ", std::to_string(group.at_least), " required, but ",
-                               std::to_string(count), " there"}));
+                       joined({"at least ", std::to_string(group.at_least), " required, found ",
+                               std::to_string(count)}));
     }
   }
 

@@ -201,7 +201,7 @@ inline void section::put(std::string_view key, detail::draft given, bool all) co
     require_name(key, "key", names::identifiers);
   const std::vector<cfnode *> old = detail::params_of(spot, key);
   if (!all && !old.empty() && rule && !rule->many)
-    refuse(fault::duplicate, path(key), "may be there only once");
+    refuse(fault::duplicate, path(key), "may occur only once");
   const std::size_t before = 2 * detail::depth_of(spot) + key.size() + 3;
   if (std::string reason = detail::value_reason(rule, given, before); !reason.empty())
     refuse(fault::value, path(key), std::move(reason));
@@ -234,7 +234,7 @@ inline section section::add_group(std::string_view category, std::string_view na
     require_name(category, "category", names::identifiers);
   const std::string cat(category), called(name), title = detail::title(cat.c_str(), name);
   if (level && !level->many && detail::is_taken(*doc, spot, category, name))
-    refuse(fault::duplicate, detail::below(path(), detail::shown(title)), "may be there only once");
+    refuse(fault::duplicate, detail::below(path(), detail::shown(title)), "may occur only once");
   const std::size_t length = 2 * detail::depth_of(spot) + title.size() + 2;
   if (std::string reason = detail::length_reason(length); !reason.empty())
     refuse(fault::value, detail::below(path(), detail::shown(title)), std::move(reason));

@@ -139,7 +139,7 @@ public:
     put(key, detail::to_draft(value), true);
   }
   /// Adds a value to a key that may have several, after its last one; or as set().
-  /// @throws as set(), and if the key has a value and may be there only once.
+  /// @throws as set(), and if the key has a value and may occur only once.
   template <detail::writable T> void add(std::string_view key, const T &value) const {
     put(key, detail::to_draft(value), false);
   }

@@ -55,7 +55,7 @@ inline void section::refuse(cf::fault fault, std::string path, std::string messa
 /// The rule of a key; NULL without a schema.
 inline const detail::key_rule *section::rule_of(std::string_view key) const {
   if (!doc)
-    misuse(key, "a handle of no group");
+    misuse(key, "this handle refers to no group");
   const detail::key_rule *rule = of ? of->find_key(key) : nullptr;
   if (of && !rule)
     misuse(key, "the schema does not have this key");
@@ -159,7 +159,7 @@ inline bool section::next_value(detail::looked_up &it) const {
 inline const detail::level *section::level_of(std::string_view category,
                                               std::string_view name) const {
   if (!doc)
-    misuse(name, "a handle of no group");
+    misuse(name, "this handle refers to no group");
   const detail::level *level = of ? of->find_group(category, name) : nullptr;
   if (of && !level)
     misuse(detail::title(std::string(category).c_str(), name),

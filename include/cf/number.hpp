@@ -221,7 +221,7 @@ inline outcome<whole> to_duration(std::string_view text) {
       return refused(quoted(text).append(" has a leading zero"));
     std::uint64_t number = 0;
     if (const auto error = take_digits(rest, number, 10); error != std::errc())
-      return bad_digits(text, error, "a duration as 250ms, 5s or 1h30m");
+      return bad_digits(text, error, "a duration such as 250ms, 5s or 1h30m");
     if (rest.empty())
       return refused(quoted(text).append(" has no unit: d, h, m, s or ms"));
     const auto length =
@@ -229,7 +229,7 @@ inline outcome<whole> to_duration(std::string_view text) {
     next = std::find_if(next, std::end(time_units),
                         [&](const unit &it) { return it.name == rest.substr(0, length); });
     if (next == std::end(time_units))
-      return not_a(text, "a duration as 250ms, 5s or 1h30m");
+      return not_a(text, "a duration such as 250ms, 5s or 1h30m");
     if (__builtin_mul_overflow(number, next->worth, &number) ||
         __builtin_add_overflow(sum, number, &sum) || sum > longest)
       return bad_digits(text, std::errc::result_out_of_range, "");
@@ -256,7 +256,7 @@ inline std::string duration_text(whole nanoseconds) {
 /// Reads a size such as "64k", in bytes: a number, and at most one of the letters k, m, g and t in
 /// either case.
 inline outcome<whole> to_size(std::string_view text) {
-  constexpr std::string_view what = "a size as 4096, 64k or 10M";
+  constexpr std::string_view what = "a size such as 4096, 64k or 10M";
   std::string_view rest = text;
   if (has_leading_zero(rest))
     return refused(quoted(text).append(" has a leading zero"));

@@ -97,7 +97,7 @@ private:
   /// The reason if the line alone does not show it; else empty.
   std::string reason(long row, bool assigns) const {
     if (assigns)
-      return "between the name of a group and its { is no =";
+      return "no = belongs between the name of a group and its {";
     return brace_of_head > row ? "the { of a group belongs in the line of its name" : "";
   }
 
@@ -207,7 +207,7 @@ private:
     if (last > 0)
       found.add({.fault = fault::syntax,
                  .line = open[last - 1].row,
-                 .message = "this group is not ended by a }",
+                 .message = "this group is not closed by a }",
                  .path = path_to(last)});
     drop(open.front().row, lines.count());
     doubt(0);

@@ -63,7 +63,7 @@ group_base::group_base(role kind, std::string name, const Entries &...entries) {
   built.name = std::move(name);
   if (kind != role::any)
     demand(is_name(built.name, names::identifiers), built.name,
-           "a group of a schema is letters, digits and underscores");
+           "the name of a group in a schema consists of letters, digits and underscores");
   (entry(entries).add_to(built), ...);
 }
 
@@ -124,7 +124,7 @@ inline void seal(level &it, level &top, const level *above) { // NOLINT(misc-no-
   }
   it.table.sort();
   it.table.repeated([](const sort_key &again, const sort_key &) {
-    contradiction(*again.name ? again.name : "any", "is there twice");
+    contradiction(*again.name ? again.name : "any", "occurs twice");
   });
   it.table.index();
   for (level &group : it.groups)
